@@ -1,0 +1,159 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "core/ProtectedFileObject.h"
+#include "platform/coord/OrvGeoCoordSysBase.h"
+#include "platform/values/COrvUnitCnv.h"
+
+namespace orv {
+
+enum coord_format : std::int32_t { kGridFormat = 1, kGeographicFormat = 2 };
+
+/// Names of the 28 unit kinds: keys of a project's unit section and sections of the units file.
+ORV_EXPORT const std::array<std::wstring_view, kUnitKinds>& UnitKindNames();
+
+enum class MoveFileType { Images = 0, Reports = 1 };
+
+/// The project: one protected file and what is derived from it when it opens: display formats, units, the live
+/// coordinate system. `DataSearch` owns one. Setters change memory; the caller saves. Main thread.
+///
+/// Two forms of the file: the full one of a survey project (Project.prj in the project's folder), and the small one
+/// (ProjectSUI.prj beside the system files) for tools that need a coordinate system and have no project.
+class ORV_EXPORT ProjectDefinition : public ProtectedFileObject {
+public:
+    ProjectDefinition();
+    ~ProjectDefinition() override;
+    /// A copy never shares the coordinate system: it makes its own from its copied content.
+    ProjectDefinition(const ProjectDefinition& other);
+    ProjectDefinition& operator=(const ProjectDefinition& other);
+
+    // Opening and making: ProjectDefinition.cpp
+
+    virtual bool Init(const std::wstring& path, bool saveCoordSys);
+    bool Init(const wchar_t* path, bool saveCoordSys) { return Init(std::wstring(path), saveCoordSys); }
+    /// A small file that opens is a success even if its coordinate system fails to load; formats and units aren't read.
+    bool InitSUI(const std::wstring& path);
+    /// Default file in `folder`, or only in memory.
+    bool CreateDefaultFile(std::wstring folder, bool toDisk);
+    bool CreateDefaultSUIFile(std::wstring path);
+    /// Adds what is missing in a full file and saves it. True, also when the file can't be opened.
+    bool RepairFile(const std::wstring& path);
+    void Finalize();  ///< destroys the coordinate system; the file stays open
+    bool ReOpenFile(const std::wstring& path);  ///< the file only; formats, units and coordinates aren't refreshed
+    bool ReInitUnits();
+
+    // Getters: false when the item is missing, always true for what `Init` derived.
+
+    bool GetCoordinateFormat(coord_format& out) const;
+    bool GetGeogsDecimals(int& out) const;
+    bool GetGridDecimals(int& out) const;
+    bool GetSpeedDecimals(int& out) const;
+    bool GetDistanceDecimals(int& out) const;
+    bool GetDepthDecimals(int& out) const;
+    bool GetDensityDecimals(int& out) const;
+    bool GetPressureDecimals(int& out) const;
+    bool GetWeightDecimals(int& out) const;
+    bool GetKpDecimals(int& out) const;
+    bool GetGeogsFlags(unsigned& out) const;  ///< bit 1 degrees, 2 minutes, 4 seconds
+    bool GetFeetsFlags(unsigned& out) const;  ///< bit 1 feet, 2 inch, 4 fractions
+    bool GetUnitDecimals(int kind, int& out) const;  ///< false for a kind without decimals of its own
+    COrvUnitCnv* GetUnitCnv() { return &unitTable; }
+    const COrvUnitCnv* GetUnitCnv() const { return &unitTable; }
+    bool GetProjectTitle(std::wstring& out) const;
+    bool GetProjectNumber(std::wstring& out) const;
+    bool GetProjectTask(std::wstring& out) const;
+    bool GetClientName(std::wstring& out) const;
+    bool ContractorName(std::wstring& out) const;
+    bool GetLogDataPath(std::wstring& out) const;
+    bool SetLogDataPath(const std::wstring& path);
+    bool GetLogDataBackupPath(std::wstring& out) const;
+    bool GetUseLogDataBackup(bool& out) const;  ///< clears the output first
+    bool GetMultiMediaFilePath(std::wstring& out) const;
+    bool SetMultiMediaFilePath(const std::wstring& path);
+    bool GetAppDefinition(std::wstring& out) const;
+    bool SetAppDefinition(const std::wstring& name);
+    bool GetAppDefDescription(std::wstring& out) const;
+    bool SetAppDefDescription(const std::wstring& text);
+    bool GetAppConfiguration(std::wstring& out) const;
+    bool SetAppConfiguration(const std::wstring& name);
+    bool HasMultimediaReportFileMoved() const { return multimediaMoved; }
+
+    // Coordinate system: ProjectCoordSys.cpp
+
+    OrvGeoCoordSysBase* GetGeoCoordSys() const { return coordSys.get(); }  ///< null if none
+    std::wstring GetGeoCoordSysKey() const { return coordSysKey; }
+    OrvGeoDatabaseBase* GetGeoDatabase() const;  ///< null if none
+    /// `out` gets the name asked for and `name` the group name. Only with a coordinate system; false without one.
+    bool GetTransformationName(std::wstring& name, std::wstring& out) const;
+    bool GetProjectionName(std::wstring& name, std::wstring& out) const;
+    bool GetEllipsoidName(std::wstring& name, std::wstring& out) const;
+    bool UpdateGeoCoordSys();
+    bool SaveCoordinateSystemParams();
+    bool _BackupCoordSysInfo();
+    /// A new object of the project's module; null if the module or its `Configure` fails.
+    std::unique_ptr<OrvGeoCoordSysBase> CreateNewCoordSys(const std::wstring& group, const std::wstring& system,
+                                                          const std::wstring& geoidModelName,
+                                                          const std::wstring& geoidModelFile,
+                                                          const std::wstring& geoidChartDatum,
+                                                          const std::wstring& postModelName,
+                                                          const std::wstring& postModelFile) const;
+    /// Why the last `Init` failed, in words, for tools; empty if it didn't.
+    const std::wstring& LastProblem() const { return lastProblem; }
+
+protected:
+    bool Init(bool saveCoordSys);
+    // Repair and move of images and reports: ProjectUpgrade.cpp
+    void MoveOldProjectFiles(MoveFileType type);
+    void CopyFilesToProject(MoveFileType type);
+
+private:
+    bool CheckCoordSysKey();
+    bool RegisterCoordSys();
+    bool ReadCoordSys(bool save);
+    bool CheckVesselPosCompGeoidModelCfg();
+    bool ReadFormats();
+    bool ReadUnits();
+    bool AddSystemUnit(FileObject& unitsFile, const std::wstring& unitsPath, const std::wstring& unitName);
+    bool LoadUnit(const FileObject& unitsFile, int kind);
+    CoordSysNames ReadCoordSysNames() const;
+    void CopyMembers(const ProjectDefinition& other);
+    bool Fail(std::wstring_view problem);
+
+    bool multimediaMoved = false;
+    // Gathered by the conversion of old vessels.
+    bool reduceHeightToGeoid = false;
+    double geoidManualSeparation = 0.0;
+    double postCorrectionX = 0.0, postCorrectionY = 0.0, postCorrectionZ = 0.0;
+    std::int32_t geoidSeparationMode = 0, separationRelatedTo = 0;
+    std::wstring geoidFileName;
+    bool coordSysConverted = false;
+    // Display formats.
+    coord_format coordinateFormat = kGridFormat;
+    std::int32_t geogsDecimals = 2, gridDecimals = 2, speedDecimals = 2, distanceDecimals = 2, depthDecimals = 2;
+    std::int32_t densityDecimals = 3, pressureDecimals = 3, weightDecimals = 2, kpDecimals = 5;
+    std::uint32_t geogsFlags = 7, feetFlags = 7;
+    COrvUnitCnv unitTable;
+    std::unique_ptr<OrvGeoCoordSysBase> coordSys;
+    std::wstring coordSysKey;
+    bool firstGeoidSeen = false, firstCorrectionSeen = false;
+    std::int32_t deviceTransformationState = -1;
+    bool suiMode = false;
+    std::wstring lastProblem;
+};
+
+/// Coordinate system section of any project file; a null file does nothing. Group and system of the module BMCoordSys
+/// stand between brackets in the file and bare in the arguments.
+ORV_EXPORT void GetCoordSysData(const ProtectedFileObject* file, std::wstring& group, std::wstring& system,
+                                std::wstring& key, std::wstring& unit, std::wstring& geoidName, std::wstring& geoidFile,
+                                std::wstring& chartDatum, std::wstring& postName, std::wstring& postFile);
+/// A changed system unit takes the units that depend on it along.
+ORV_EXPORT void SetCoordSysData(ProtectedFileObject* file, std::wstring group, std::wstring system, std::wstring key,
+                                std::wstring unit, std::wstring geoidName, std::wstring geoidFile,
+                                std::wstring chartDatum, std::wstring postName, std::wstring postFile);
+
+}  // namespace orv
