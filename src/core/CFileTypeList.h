@@ -44,6 +44,7 @@ private:
     void AddFileType(const FileObject& ini, const std::wstring& key, unsigned id, const std::wstring& extension,
                      int location, const std::wstring& defaultName, ClassReference editor, ClassReference creator,
                      unsigned bitmapId, int exportFilter, bool viewable);
+    bool Give(Iterator iterator, std::wstring& key, CFileType*& type) const;
     Map types;
     CFileType* unknown = nullptr;
 };

@@ -49,7 +49,7 @@ private:
     bool Has(int index) const { return index >= 0 && index < Size(); }
     wchar_t separator;
     std::vector<std::wstring> items;
-    mutable std::wstring scratch;
+    std::wstring scratch;  // what operator[] hands out beyond the end
 };
 
 }  // namespace orv

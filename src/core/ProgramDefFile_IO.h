@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -54,6 +55,14 @@ public:
     bool GetUALSupportFlag(bool& out) const;
 
 private:
+    template <class T>
+    bool Read(std::wstring_view section, std::wstring_view key, T& out) const;
+    template <class T>
+    bool ReadOr(const T& absent, std::wstring_view section, std::wstring_view key, T& out) const;
+    bool Fail(int status) const;
+    template <class T>
+    bool ProgramItem(unsigned id, int item, T& out) const;
+    bool FlagOf(std::wstring_view section, std::span<const std::wstring_view> keys, int id, bool& out) const;
     bool initialised = false;
 };
 
