@@ -6,14 +6,14 @@
 
 namespace orv {
 
-CFileType::CFileType(std::wstring key, unsigned id, std::wstring extension, int location, std::wstring defaultName,
-                     std::wstring description)
-    : key(std::move(key)),
-      extension(std::move(extension)),
-      description(std::move(description)),
-      defaultName(std::move(defaultName)),
-      location(location),
-      id(id) {}
+CFileType::CFileType(std::wstring fileId, unsigned number, std::wstring withoutDot, int pathLocation, std::wstring name,
+                     std::wstring text)
+    : key(std::move(fileId)),
+      extension(std::move(withoutDot)),
+      description(std::move(text)),
+      defaultName(std::move(name)),
+      location(pathLocation),
+      id(number) {}
 
 std::wstring CFileType::GetDescription() const {
     const Translator& translator = Translator::Instance();

@@ -86,8 +86,8 @@ CFileType* CFileTypeList::GetFileTypeID(unsigned id) const {
 }
 
 CFileType* CFileTypeList::GetFileTypeExt(const std::wstring& extension) const {
-    const auto found = std::find_if(types.begin(), types.end(),
-                                    [&](const auto& t) { return t.second->GetExtension() == extension; });
+    const auto found =
+        std::find_if(types.begin(), types.end(), [&](const auto& t) { return t.second->GetExtension() == extension; });
     return found != types.end() ? found->second.get() : nullptr;
 }
 

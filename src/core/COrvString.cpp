@@ -28,9 +28,9 @@ std::wstring Joined(std::vector<std::wstring>::const_iterator first, std::vector
 
 }  // namespace
 
-COrvString::COrvString(wchar_t separator) : separator(separator) {}
+COrvString::COrvString(wchar_t at) : separator(at) {}
 
-COrvString::COrvString(std::wstring_view text, wchar_t separator, bool strip) : separator(separator) {
+COrvString::COrvString(std::wstring_view text, wchar_t at, bool strip) : separator(at) {
     LoadString(text, strip);
 }
 
@@ -57,13 +57,17 @@ const std::wstring& COrvString::operator[](int index) const {
     return Has(index) ? items[static_cast<std::size_t>(index)] : none;
 }
 
-bool COrvString::GetItem(int index, int& out) const { return Has(index) && Assign(ParseInt((*this)[index]), out); }
+bool COrvString::GetItem(int index, int& out) const {
+    return Has(index) && Assign(ParseInt((*this)[index]), out);
+}
 
 bool COrvString::GetItem(int index, unsigned& out) const {
     return Has(index) && Assign(ParseUnsigned((*this)[index]), out);
 }
 
-bool COrvString::GetItem(int index, float& out) const { return Has(index) && Assign(ParseFloat((*this)[index]), out); }
+bool COrvString::GetItem(int index, float& out) const {
+    return Has(index) && Assign(ParseFloat((*this)[index]), out);
+}
 
 bool COrvString::GetItem(int index, double& out) const {
     return Has(index) && Assign(ParseDouble((*this)[index]), out);
@@ -75,7 +79,9 @@ bool COrvString::GetItem(int index, std::wstring& out) const {
     return true;
 }
 
-bool COrvString::GetItem(int index, bool& out) const { return Has(index) && Assign(ParseBool((*this)[index]), out); }
+bool COrvString::GetItem(int index, bool& out) const {
+    return Has(index) && Assign(ParseBool((*this)[index]), out);
+}
 
 bool COrvString::SetItem(int index, std::wstring_view text) {
     if (!Has(index)) return false;
@@ -83,7 +89,9 @@ bool COrvString::SetItem(int index, std::wstring_view text) {
     return true;
 }
 
-void COrvString::AddItem(std::wstring_view text) { items.emplace_back(text); }
+void COrvString::AddItem(std::wstring_view text) {
+    items.emplace_back(text);
+}
 
 COrvString& COrvString::operator+=(double value) {
     items.push_back(ShortestText(value));
@@ -113,6 +121,8 @@ bool COrvString::HasSubString(std::wstring_view text, int& index) const {
     return true;
 }
 
-std::wstring COrvString::GetString() const { return Joined(items.begin(), items.end(), separator); }
+std::wstring COrvString::GetString() const {
+    return Joined(items.begin(), items.end(), separator);
+}
 
 }  // namespace orv

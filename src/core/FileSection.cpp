@@ -38,7 +38,9 @@ bool FileSection::GetFromFileObject(std::wstring_view sectionName, const FileObj
     return true;
 }
 
-bool FileSection::SetToFileObject(FileObject& file) const { return SetToFileObject(name, file); }
+bool FileSection::SetToFileObject(FileObject& file) const {
+    return SetToFileObject(name, file);
+}
 
 bool FileSection::SetToFileObject(std::wstring_view sectionName, FileObject& file) const {
     bool written = file.CreateSection(sectionName, true);
@@ -90,10 +92,20 @@ bool FileSection::Set(std::wstring_view key, const T& value) {
     return true;
 }
 
-bool FileSection::SetItem(std::wstring_view key, int value) { return Set(key, value); }
-bool FileSection::SetItem(std::wstring_view key, long value) { return Set(key, value); }
-bool FileSection::SetItem(std::wstring_view key, double value) { return Set(key, value); }
-bool FileSection::SetItem(std::wstring_view key, std::wstring_view value) { return Set(key, value); }
-bool FileSection::SetItem(std::wstring_view key, bool value) { return Set(key, value); }
+bool FileSection::SetItem(std::wstring_view key, int value) {
+    return Set(key, value);
+}
+bool FileSection::SetItem(std::wstring_view key, long value) {
+    return Set(key, value);
+}
+bool FileSection::SetItem(std::wstring_view key, double value) {
+    return Set(key, value);
+}
+bool FileSection::SetItem(std::wstring_view key, std::wstring_view value) {
+    return Set(key, value);
+}
+bool FileSection::SetItem(std::wstring_view key, bool value) {
+    return Set(key, value);
+}
 
 }  // namespace orv

@@ -7,11 +7,17 @@
 
 namespace orv {
 
-OrvIniFile_IO::OrvIniFile_IO() { SetKeepOpen(true); }
+OrvIniFile_IO::OrvIniFile_IO() {
+    SetKeepOpen(true);
+}
 
-bool OrvIniFile_IO::Initialise(const std::wstring& folder) { return Open(folder + std::wstring(ORV_DEF_FILENAME)); }
+bool OrvIniFile_IO::Initialise(const std::wstring& folder) {
+    return Open(folder + std::wstring(ORV_DEF_FILENAME));
+}
 
-bool OrvIniFile_IO::Initialise(const OrvIniFile_IO& other) { return Open(other.GetFileName()); }
+bool OrvIniFile_IO::Initialise(const OrvIniFile_IO& other) {
+    return Open(other.GetFileName());
+}
 
 bool OrvIniFile_IO::Open(const std::wstring& path) {
     if (initialised && GetFileName() == path) return true;
@@ -41,7 +47,9 @@ bool OrvIniFile_IO::Change(std::wstring_view section, std::wstring_view key, con
 }
 
 namespace {
-constexpr std::wstring_view StartSection(bool lite) { return lite ? LITEVIEW_SECTION : STARTUP_SECTION; }
+constexpr std::wstring_view StartSection(bool lite) {
+    return lite ? LITEVIEW_SECTION : STARTUP_SECTION;
+}
 }  // namespace
 
 bool OrvIniFile_IO::GetCurrentProjectName(std::wstring& out) const {
@@ -84,27 +92,41 @@ bool OrvIniFile_IO::GetUserProfileName(std::wstring& out) const {
     return Read(USER_PROFILE_SECTION, USER_PROFILE_SECTION, out);
 }
 
-bool OrvIniFile_IO::GetLanguage(std::wstring& out) const { return Read(LANGUAGE_SECTION, LANGUAGE_SECTION, out); }
+bool OrvIniFile_IO::GetLanguage(std::wstring& out) const {
+    return Read(LANGUAGE_SECTION, LANGUAGE_SECTION, out);
+}
 
-bool OrvIniFile_IO::GetUserLanguage(std::wstring& out) const { return Read(LANGUAGE_SECTION, USER_LANGUAGE, out); }
+bool OrvIniFile_IO::GetUserLanguage(std::wstring& out) const {
+    return Read(LANGUAGE_SECTION, USER_LANGUAGE, out);
+}
 
 bool OrvIniFile_IO::SetUserLanguage(const std::wstring& language) {
     return Change(LANGUAGE_SECTION, USER_LANGUAGE, language);
 }
 
-bool OrvIniFile_IO::GetPMCheck(bool& out, bool lite) const { return ReadOrTrue(StartSection(lite), PM_CHECK, out); }
+bool OrvIniFile_IO::GetPMCheck(bool& out, bool lite) const {
+    return ReadOrTrue(StartSection(lite), PM_CHECK, out);
+}
 
-bool OrvIniFile_IO::SetPMCheck(bool value, bool lite) { return Change(StartSection(lite), PM_CHECK, value); }
+bool OrvIniFile_IO::SetPMCheck(bool value, bool lite) {
+    return Change(StartSection(lite), PM_CHECK, value);
+}
 
 bool OrvIniFile_IO::GetOpenGLCheck(bool& out, bool lite) const {
     return ReadOrTrue(StartSection(lite), OPENGL_CHECK, out);
 }
 
-bool OrvIniFile_IO::SetOpenGLCheck(bool value, bool lite) { return Change(StartSection(lite), OPENGL_CHECK, value); }
+bool OrvIniFile_IO::SetOpenGLCheck(bool value, bool lite) {
+    return Change(StartSection(lite), OPENGL_CHECK, value);
+}
 
-bool OrvIniFile_IO::GetAdvancedCheck(bool& out) const { return Read(EXPLORER_VIEW_SECTION, ADVANCED_CHECK, out); }
+bool OrvIniFile_IO::GetAdvancedCheck(bool& out) const {
+    return Read(EXPLORER_VIEW_SECTION, ADVANCED_CHECK, out);
+}
 
-bool OrvIniFile_IO::SetAdvancedCheck(bool value) { return Change(EXPLORER_VIEW_SECTION, ADVANCED_CHECK, value); }
+bool OrvIniFile_IO::SetAdvancedCheck(bool value) {
+    return Change(EXPLORER_VIEW_SECTION, ADVANCED_CHECK, value);
+}
 
 bool OrvIniFile_IO::GetAdvancedVesselCfgCheck(bool& out) const {
     return Read(EXPLORER_VIEW_SECTION, ADVANCED_VESSEL_CFG_CHECK, out);
@@ -114,13 +136,21 @@ bool OrvIniFile_IO::SetAdvancedVesselCfgCheck(bool value) {
     return Change(EXPLORER_VIEW_SECTION, ADVANCED_VESSEL_CFG_CHECK, value);
 }
 
-bool OrvIniFile_IO::GetShowToolTip(bool& out) const { return Read(EXPLORER_VIEW_SECTION, SHOW_TOOL_TIP, out); }
+bool OrvIniFile_IO::GetShowToolTip(bool& out) const {
+    return Read(EXPLORER_VIEW_SECTION, SHOW_TOOL_TIP, out);
+}
 
-bool OrvIniFile_IO::SetShowToolTip(bool value) { return Change(EXPLORER_VIEW_SECTION, SHOW_TOOL_TIP, value); }
+bool OrvIniFile_IO::SetShowToolTip(bool value) {
+    return Change(EXPLORER_VIEW_SECTION, SHOW_TOOL_TIP, value);
+}
 
-bool OrvIniFile_IO::GetStaticGlobe(bool& out) const { return Read(EXPLORER_VIEW_SECTION, STATIC_GLOBE, out); }
+bool OrvIniFile_IO::GetStaticGlobe(bool& out) const {
+    return Read(EXPLORER_VIEW_SECTION, STATIC_GLOBE, out);
+}
 
-bool OrvIniFile_IO::SetStaticGlobe(bool value) { return Change(EXPLORER_VIEW_SECTION, STATIC_GLOBE, value); }
+bool OrvIniFile_IO::SetStaticGlobe(bool value) {
+    return Change(EXPLORER_VIEW_SECTION, STATIC_GLOBE, value);
+}
 
 bool OrvIniFile_IO::GetAutoHideBottomPane(bool& out) const {
     return Read(EXPLORER_VIEW_SECTION, AUTO_HIDE_BOTTOM_PANE, out);

@@ -123,15 +123,21 @@ bool ProgramDefFile_IO::GetDynamicObjectFlag(bool& out) const {
     return ReadOr(false, VESSEL_SECTION, kDynamicObject, out);
 }
 
-bool ProgramDefFile_IO::GetSimulationFlag(bool& out) const { return ReadOr(false, VESSEL_SECTION, kSimulation, out); }
+bool ProgramDefFile_IO::GetSimulationFlag(bool& out) const {
+    return ReadOr(false, VESSEL_SECTION, kSimulation, out);
+}
 
 bool ProgramDefFile_IO::GetDisableLoggingFlag(bool& out) const {
     return ReadOr(false, VESSEL_SECTION, kDisableLogging, out);
 }
 
-bool ProgramDefFile_IO::GetMultiMax(int& out) const { return ReadOr(1, VESSEL_SECTION, kMultiObjectMax, out); }
+bool ProgramDefFile_IO::GetMultiMax(int& out) const {
+    return ReadOr(1, VESSEL_SECTION, kMultiObjectMax, out);
+}
 
-bool ProgramDefFile_IO::GetRelativeMax(int& out) const { return ReadOr(0, VESSEL_SECTION, kRelativeObjectMax, out); }
+bool ProgramDefFile_IO::GetRelativeMax(int& out) const {
+    return ReadOr(0, VESSEL_SECTION, kRelativeObjectMax, out);
+}
 
 bool ProgramDefFile_IO::GetVesselPermissions(bool& multi, int& multiMax, bool& relative, int& relativeMax,
                                              bool& dynamic) const {
@@ -187,7 +193,9 @@ bool ProgramDefFile_IO::GetNetworkSupportFlag(bool& out) const {
     return ReadOr(false, NETWORK_SECTION, kNetworkSupport, out);
 }
 
-bool ProgramDefFile_IO::GetRemoteNumMax(int& out) const { return ReadOr(0, NETWORK_SECTION, kRemoteMax, out); }
+bool ProgramDefFile_IO::GetRemoteNumMax(int& out) const {
+    return ReadOr(0, NETWORK_SECTION, kRemoteMax, out);
+}
 
 bool ProgramDefFile_IO::GetPresentationsMax(int& out) const {
     return ReadOr(0, NETWORK_SECTION, kPresentationMax, out);
@@ -197,7 +205,8 @@ bool ProgramDefFile_IO::GetNetworkPermissions(bool& support, int& remotes, int& 
     if (!initialised) return false;
     support = false;
     remotes = presentations = 0;
-    return GetNetworkSupportFlag(support) && (!support || (GetRemoteNumMax(remotes) && GetPresentationsMax(presentations)));
+    return GetNetworkSupportFlag(support) &&
+           (!support || (GetRemoteNumMax(remotes) && GetPresentationsMax(presentations)));
 }
 
 bool ProgramDefFile_IO::GetCoordSysKey(std::wstring& out) const {
