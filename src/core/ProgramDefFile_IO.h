@@ -16,6 +16,12 @@ class ORV_EXPORT ProgramDefFile_IO : public ProtectedFileObject {
 public:
     bool Initialise(const std::wstring& name, bool verifyFileName);
     bool IsInit() const { return initialised; }
+    /// True if the last query failed for want of such a row only: there is no restriction. False after a file that
+    /// couldn't be opened, which vouches for nothing.
+    bool LastRowAbsent() const {
+        const int status = GetErrorStatus();
+        return status == kFileNoFile || status == kFileNoSection || status == kFileNoKey;
+    }
 
     /// By key (matched ignoring case; an unknown one gives status 11 and all outputs false, even before `Initialise`)
     /// or by id (status 12). No row: all true, `location` -1, and true.
