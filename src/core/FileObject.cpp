@@ -278,7 +278,7 @@ bool FileObject::Get(std::wstring_view section, std::wstring_view key, T& out) c
         }
     }
     SetErrorStatus(status);
-    if (status != kFileOk && throwing) {
+    if (status != kFileOk && status != kFileNoConvert && throwing) {
         throw std::wstring(L"Item not found: [" + std::wstring(section) + L"] " + std::wstring(key));
     }
     return status == kFileOk;
