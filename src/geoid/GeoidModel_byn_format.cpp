@@ -53,9 +53,7 @@ int GeoidModel_byn_format::Grid_interpolation(double longitude, double latitude,
 bool GeoidModel_byn_format::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     if (info.status != kGeoidOk) return Answer(info.Reason());
     double height = 0.0;
-    if (const int code = Grid_interpolation(longitude, latitude, height); code != kGeoidOk) return Answer(code);
-    value = height / unitFactor;
-    return true;
+    return Deliver(Grid_interpolation(longitude, latitude, height), height, value);
 }
 
 void GeoidModel_byn_format::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {
