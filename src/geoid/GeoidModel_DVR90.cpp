@@ -17,7 +17,8 @@ bool GeoidModel_DVR90::SetFileName(std::wstring name) {
 bool GeoidModel_DVR90::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     if (grid.info.status != kGeoidOk) return Answer(grid.info.Reason());
     double height = 0.0;
-    return Deliver(grid.Grid_interpolation(longitude, latitude, kRules, height), height, value);
+    const int code = grid.Grid_interpolation(longitude, latitude, kRules, height);
+    return Deliver(code, height, value);
 }
 
 void GeoidModel_DVR90::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {

@@ -96,7 +96,8 @@ bool GeoidModel_RDNAP::Calculate(double x, double y, double& dx, double& dy, boo
 bool GeoidModel_RDNAP::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     if (!geoidGrid.Usable()) return Answer(geoidGrid.Reason());
     double height = 0.0;
-    return Deliver(Grid_interpolation(geoidGrid, longitude, latitude, height), height, value);
+    const int code = Grid_interpolation(geoidGrid, longitude, latitude, height);
+    return Deliver(code, height, value);
 }
 
 bool GeoidModel_RDNAP2008::Calculate(double latitude, double longitude, double easting, double northing, double& value,

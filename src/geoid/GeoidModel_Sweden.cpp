@@ -21,7 +21,8 @@ bool GeoidModel_Sweden::SetFileName(std::wstring name) {
 bool GeoidModel_Sweden::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     if (grid.info.status != kGeoidOk) return Answer(grid.info.Reason());
     double height = 0.0;
-    return Deliver(grid.Grid_interpolation(longitude, latitude, kRules, height), height, value);
+    const int code = grid.Grid_interpolation(longitude, latitude, kRules, height);
+    return Deliver(code, height, value);
 }
 
 void GeoidModel_Sweden::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {

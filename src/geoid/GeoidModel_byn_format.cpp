@@ -53,7 +53,8 @@ int GeoidModel_byn_format::Grid_interpolation(double longitude, double latitude,
 bool GeoidModel_byn_format::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     if (info.status != kGeoidOk) return Answer(info.Reason());
     double height = 0.0;
-    return Deliver(Grid_interpolation(longitude, latitude, height), height, value);
+    const int code = Grid_interpolation(longitude, latitude, height);
+    return Deliver(code, height, value);
 }
 
 void GeoidModel_byn_format::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {
