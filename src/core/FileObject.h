@@ -17,13 +17,13 @@ class FileObject;
 /// Mode bits of `FileOpen`, `FileSave` and `open`, by the values that are in use.
 enum OpenFlags : int {
     kOpenReadExclusive = 16,
-    kOpenRead = 32,               ///< deny others write; by far the commonest
-    kOpenReadWrite = 34,          ///< deny others write
-    kOpenCreateBit = 4096,        ///< the caller knows that the file may be new
-    kOpenCreateRead = 4096,       ///< read; an empty file is made if it is missing
+    kOpenRead = 32,          ///< deny others write; by far the commonest
+    kOpenReadWrite = 34,     ///< deny others write
+    kOpenCreateBit = 4096,   ///< the caller knows that the file may be new
+    kOpenCreateRead = 4096,  ///< read; an empty file is made if it is missing
     kOpenCreateWrite = 4097,
     kOpenCreateReadWrite = 4098,
-    kSave = 4113,                 ///< create or truncate, write, exclusive: every normal save
+    kSave = 4113,  ///< create or truncate, write, exclusive: every normal save
     kBinaryRead = 32800,
     kBinaryReadShared = 32832,
     kBinarySave = 36881,
@@ -37,8 +37,8 @@ enum FileStatusCode : int {
     kFileNoConvert = 3,  ///< the item is there but isn't of the type asked for: a hard failure
     kFileNoSection = 4,
     kFileNoKey = 5,
-    kFileNoName = 8,         ///< save without a file name, and none known
-    kFileCannotAccess = 9,   ///< can't be written, or its attributes can't be changed
+    kFileNoName = 8,        ///< save without a file name, and none known
+    kFileCannotAccess = 9,  ///< can't be written, or its attributes can't be changed
     kFileBadChecksum = 10,
     kFileUnknownTypeKey = 11,
     kFileTypeOutOfRange = 12,
@@ -61,14 +61,16 @@ private:
     FileObject* file = nullptr;
     std::uint64_t sectionStamp = 0, itemStamp = 0;  // grow in walking order, 0 before the first
     std::uint64_t itemSection = 0;                  // stamp of the section whose items are walked
+    std::uint32_t sectionPlace = 0, itemPlace = 0;  // where they were last; only a short cut
+    std::uint32_t itemSectionPlace = 0;
 };
 
 /// A configuration file: sections, each a map from key to text value, held in memory between `FileOpen` and
 /// `FileSave`. Every kind of configuration file derives from it.
 ///
 /// Text form: a line "[Name]" starts a section, an item is "Key=Value" on one line (blanks around the equals sign are
-/// accepted), ';' or '#' starts a comment. Lines before the first section are the extra lines. Comments, blank lines,
-/// line ends and the order of a file survive reading and saving: changing one item changes one line. See
+/// accepted), a line that starts with ';' is a comment. Lines before the first section are the extra lines. Comments,
+/// blank lines, line ends and the order of a file survive reading and saving: changing one item changes one line. See
 /// docs/formats/configuration.md.
 ///
 /// Sections and keys are compared exactly, kept in file order, new ones go to the end. A copy carries everything.
@@ -101,10 +103,10 @@ public:
     /// error status is left alone.
     bool FileOpen(std::wstring_view fileName, int flags);
     bool FileOpen(const memfile& file, std::wstring_view name);  ///< from memory; records `name` as the file name
-    bool Read(archive& stream);         ///< the content from a stream; the name stays
-    bool Write(archive& stream) const;  ///< the content to a stream
-    void FileClose();                   ///< forgets content and name; safe on an unopened object
-    void MakeEmpty();                   ///< removes all sections and items; keeps the name and the extra lines
+    bool Read(archive& stream);                                  ///< the content from a stream; the name stays
+    bool Write(archive& stream) const;                           ///< the content to a stream
+    void FileClose();  ///< forgets content and name; safe on an unopened object
+    void MakeEmpty();  ///< removes all sections and items; keeps the name and the extra lines
     bool FileInitialised() const { return initialised; }
     const std::wstring& GetFileName() const { return fileName; }
     const std::wstring& GetFileTitle() const { return fileTitle; }
@@ -129,8 +131,8 @@ public:
     bool GetItem(std::wstring_view section, std::wstring_view key, bool& out) const;
 
     /// Without `create`, section and key must exist. Line breaks and NULs in a value become one blank a run; a key
-    /// that is empty, holds '=' or a line break, or starts with '[', ';', '#' or a blank is refused, and so is a
-    /// section name that is empty or holds ']' or a line break. A bool is written 1 or 0.
+    /// that is empty, holds '=' or a line break, starts with '[' or ';', or starts or ends with a blank is refused, and
+    /// so is a section name that is empty or holds a line break. A bool is written 1 or 0.
     bool SetItem(std::wstring_view section, std::wstring_view key, std::wstring_view value, bool create);
     bool SetItem(std::wstring_view section, std::wstring_view key, const wchar_t* value, bool create);
     bool SetItem(std::wstring_view section, std::wstring_view key, const std::wstring& value, bool create);
@@ -173,8 +175,8 @@ public:
 
     /// What the last open or save of a file came to, for tools; the stated result is the bool.
     FsResult LastResult() const { return lastResult; }
-    /// Lines that are neither item, section, comment nor blank, by their number from 1; for tools that check a file.
-    std::vector<int> OddLines() const;
+    /// Lines that are neither item, section, comment nor blank, as they stand; for tools that check a file.
+    std::vector<std::wstring> OddLines() const;
 
 protected:
     /// An open handle for a derived class's own writing. `isopen` is false if it can't be had.
@@ -186,14 +188,18 @@ protected:
 
     /// The content, for operations that walk it all without making texts of it.
     const ConfigText& Content() const { return *content; }
+    /// Puts a copy of the file on disk aside as NAME.damaged-TIME if its text couldn't be understood as it stands,
+    /// before it is written again unasked; false if it had to and couldn't.
+    bool KeepDamagedFile();
     std::wstring errorText;  ///< what `ProtectedFileObject` reports when it refuses a file
 
 private:
     friend class FobjSection;
-    bool Parse(std::string bytes);
+    bool Parse(std::shared_ptr<const std::string> bytes);
+    void SetName(std::wstring_view name);
+    bool PutAside(std::wstring_view path) const;
     template <class T>
     bool Get(std::wstring_view section, std::wstring_view key, T& out) const;
-    bool Set(std::wstring_view section, std::wstring_view key, std::string_view utf8, bool create);
 
     std::unique_ptr<ConfigText> content;
     std::wstring fileName, fileTitle;

@@ -23,23 +23,25 @@ enum type {
 /// An in-memory file: a copy of a byte buffer, or an empty one to write to.
 class ORV_EXPORT memfile {
 public:
-    explicit memfile(textencoding::type encoding = textencoding::utf8) : encoding(encoding) {}
-    memfile(const void* data, std::size_t length, textencoding::type encoding)
-        : bytes(static_cast<const char*>(data), length), encoding(encoding) {}
-    const std::string& Bytes() const { return bytes; }
-    void SetBytes(std::string newBytes) { bytes = std::move(newBytes); }
+    explicit memfile(textencoding::type as = textencoding::utf8) : encoding(as) {}
+    memfile(const void* data, std::size_t length, textencoding::type as)
+        : bytes(std::make_shared<std::string>(static_cast<const char*>(data), length)), encoding(as) {}
+    const std::string& Bytes() const { return *bytes; }
+    void SetBytes(std::string newBytes) { bytes = std::make_shared<std::string>(std::move(newBytes)); }
+    /// The same bytes, held together with whoever reads them; they never change.
+    std::shared_ptr<const std::string> SharedBytes() const { return bytes; }
     textencoding::type Encoding() const { return encoding; }
 
 private:
-    std::string bytes;
+    std::shared_ptr<const std::string> bytes = std::make_shared<std::string>();
     textencoding::type encoding;
 };
 
 /// The same through a stream object, in blocks.
 class ORV_EXPORT archive {
 public:
-    archive(memfile& file, bool forReading, std::size_t blockSize = 4096)
-        : file(&file), reading(forReading), blockSize(blockSize) {}
+    archive(memfile& over, bool forReading, std::size_t block = 4096)
+        : file(&over), reading(forReading), blockSize(block) {}
     memfile& File() const { return *file; }
     bool IsReading() const { return reading; }
     std::size_t BlockSize() const { return blockSize; }
@@ -65,7 +67,7 @@ private:
 class ORV_EXPORT fhandle {
 public:
     fhandle() = default;
-    explicit fhandle(std::unique_ptr<File> file) : file(std::move(file)) {}
+    explicit fhandle(std::unique_ptr<File> opened) : file(std::move(opened)) {}
     bool isopen() const { return file != nullptr; }
     bool Read(void* data, std::size_t size, std::size_t& got);
     bool Write(const void* data, std::size_t size);

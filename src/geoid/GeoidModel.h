@@ -61,20 +61,24 @@ public:
 
     const std::wstring& FileName() const { return fileName; }
     const std::wstring& ChartDatum() const { return chartDatum; }
-    double UnitFactor() const { return unitFactor; }          ///< metres per length unit of the project
+    double UnitFactor() const { return unitFactor; }  ///< metres per length unit of the project
     const std::wstring& UnitLabel() const { return unitLabel; }
 
-    /// Why the last operation on this object, on the calling thread, gave no value.
+    /// Why the last failed operation on this object gave no value, as seen by the calling thread. Successes leave the
+    /// note standing (the way to a value stays free of it), but for a successful `SetFileName`, which takes it away.
     GeoidReason LastReason() const;
     /// The file the model read or looked for, with its folder; empty for models without a file. For tools.
     virtual std::wstring DataFile() const { return {}; }
 
 protected:
-    /// Notes the reason of this call and turns a code into the stated bool.
+    /// Turns a code into the stated bool and notes the reason of a failure; a success takes an older note away.
     bool Answer(int code) const;
     bool Answer(GeoidReason reason) const;
     /// Writes the whole dump of a model with one file, or with none when `path` is null.
     static void DumpOneFile(std::wostream& stream, const wchar_t* indent, int keyIndex, const std::wstring* path);
+    /// The two ends of a dump; what stands between them is the model's own.
+    static void DumpOpening(std::wostream& stream, const wchar_t* indent, int keyIndex);
+    static void DumpClosing(std::wostream& stream, const wchar_t* indent);
 
     std::wstring fileName, chartDatum;
     double unitFactor = 1.0;

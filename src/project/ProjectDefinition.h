@@ -43,7 +43,7 @@ public:
     bool CreateDefaultSUIFile(std::wstring path);
     /// Adds what is missing in a full file and saves it. True, also when the file can't be opened.
     bool RepairFile(const std::wstring& path);
-    void Finalize();  ///< destroys the coordinate system; the file stays open
+    void Finalize();                            ///< destroys the coordinate system; the file stays open
     bool ReOpenFile(const std::wstring& path);  ///< the file only; formats, units and coordinates aren't refreshed
     bool ReInitUnits();
 
@@ -59,8 +59,8 @@ public:
     bool GetPressureDecimals(int& out) const;
     bool GetWeightDecimals(int& out) const;
     bool GetKpDecimals(int& out) const;
-    bool GetGeogsFlags(unsigned& out) const;  ///< bit 1 degrees, 2 minutes, 4 seconds
-    bool GetFeetsFlags(unsigned& out) const;  ///< bit 1 feet, 2 inch, 4 fractions
+    bool GetGeogsFlags(unsigned& out) const;         ///< bit 1 degrees, 2 minutes, 4 seconds
+    bool GetFeetsFlags(unsigned& out) const;         ///< bit 1 feet, 2 inch, 4 fractions
     bool GetUnitDecimals(int kind, int& out) const;  ///< false for a kind without decimals of its own
     COrvUnitCnv* GetUnitCnv() { return &unitTable; }
     const COrvUnitCnv* GetUnitCnv() const { return &unitTable; }
@@ -118,9 +118,12 @@ private:
     bool CheckVesselPosCompGeoidModelCfg();
     bool ReadFormats();
     bool ReadUnits();
+    bool HasProjectUnitExisted(const FileObject& unitsFile, const std::wstring& unitName) const;
     bool AddSystemUnit(FileObject& unitsFile, const std::wstring& unitsPath, const std::wstring& unitName);
     bool LoadUnit(const FileObject& unitsFile, int kind);
     CoordSysNames ReadCoordSysNames() const;
+    void WriteDefaultFormats(bool onlyMissing);
+    void WriteDefaultUnits(bool onlyMissing);
     void CopyMembers(const ProjectDefinition& other);
     bool Fail(std::wstring_view problem);
 

@@ -1,0 +1,154 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/MemFile.h"
+#include "platform/Export.h"
+
+namespace orv {
+
+/// The content of a configuration file: its lines as they were read, and an index over sections and items. Texts are
+/// held as UTF-8 in the bytes of the file itself; only lines that were changed own a text. So reading makes no copies,
+/// an item reads in a few tens of nanoseconds, and saving writes unchanged stretches as they were.
+///
+/// Places (of a section, of an item) are stable until what they name is deleted; stamps grow in walking order and are
+/// never used again. One thread at a time; const operations may run on several.
+class ORV_EXPORT ConfigText {
+public:
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    static constexpr std::uint64_t kMaxBytes = 64u << 20;
+
+    ConfigText();
+
+    /// Takes the bytes of a file: byte order mark, else UTF-8, else Windows-1252. False, and the content is left alone,
+    /// if there are too many or they are UTF-16 of the other byte order.
+    bool Parse(std::shared_ptr<const std::string> bytes);
+    /// The bytes as they are to be saved, in the encoding found (UTF-8 where the old page can't hold a new text).
+    std::string Bytes() const { return Bytes(encoding); }
+    std::string Bytes(textencoding::type as) const;
+    void MakeEmpty();  ///< keeps the lines before the first section
+
+    textencoding::type Encoding() const { return encoding; }
+    /// True if bytes were found that are no text of the file's encoding: what is in memory isn't all that was read.
+    bool HasUndecodable() const { return undecodable; }
+    std::string_view ExtraText() const;  ///< everything before the first section
+    std::vector<std::string_view> OddLines() const;
+
+    // Sections, by place.
+
+    std::uint32_t FindSection(std::string_view name) const;
+    std::uint32_t FirstSection() const { return firstSection; }
+    std::uint32_t NextSection(std::uint32_t section) const { return sections[section].next; }
+    /// The section behind `stamp`; `place` is where that one was last seen.
+    std::uint32_t SectionAfter(std::uint64_t stamp, std::uint32_t place) const;
+    std::uint32_t SectionOfStamp(std::uint64_t stamp, std::uint32_t place) const;
+    std::string_view SectionName(std::uint32_t section) const { return sections[section].name; }
+    std::uint64_t SectionStamp(std::uint32_t section) const { return sections[section].stamp; }
+    std::uint32_t AddSection(std::string_view name);
+    void DeleteSection(std::uint32_t section);
+    void ClearSection(std::uint32_t section);  ///< removes all in it but its first header line
+    void RenameSection(std::uint32_t section, std::string_view name);
+
+    // Items, by place.
+
+    std::uint32_t FindItem(std::uint32_t section, std::string_view key) const;
+    std::uint32_t FirstItem(std::uint32_t section) const { return sections[section].firstItem; }
+    std::uint32_t NextItem(std::uint32_t item) const { return lines[item].nextItem; }
+    std::uint32_t ItemAfter(std::uint32_t section, std::uint64_t stamp, std::uint32_t place) const;
+    std::string_view Key(std::uint32_t item) const;
+    std::string_view Value(std::uint32_t item) const;
+    std::uint64_t ItemStamp(std::uint32_t item) const { return lines[item].stamp; }
+    std::uint32_t AddItem(std::uint32_t section, std::string_view key, std::string_view value);
+    void SetValue(std::uint32_t item, std::string_view value);
+    void DeleteItem(std::uint32_t item);
+
+    /// True if the text will read back the same as a key / a section name.
+    static bool IsKey(std::string_view key);
+    static bool IsSectionName(std::string_view name);
+
+private:
+    enum class Kind : std::uint8_t { Free, Other, Header, Item, Shadowed, Opaque };
+    struct Line {
+        std::unique_ptr<std::string> own;   // text of a new or changed line, without its end
+        std::uint32_t begin = 0, size = 0;  // place in the file's text, with its end
+        std::uint32_t keyBegin = 0, keySize = 0, valueBegin = 0, valueSize = 0;  // inside the line's text
+        std::uint32_t previous = kNone, next = kNone;                            // in the file
+        std::uint32_t previousItem = kNone, nextItem = kNone;                    // in the walk over its section
+        std::uint32_t section = kNone;
+        std::uint32_t hash = 0;
+        std::uint64_t stamp = 0;
+        Kind kind = Kind::Free;
+
+        Line() = default;
+        Line(const Line& other);
+        Line& operator=(const Line& other);
+        Line(Line&&) noexcept = default;
+        Line& operator=(Line&&) noexcept = default;
+        ~Line() = default;
+    };
+    struct Section {
+        std::string name;
+        std::uint32_t header = kNone;  // its first header line
+        std::uint32_t firstItem = kNone, lastItem = kNone;
+        std::uint32_t previous = kNone, next = kNone;
+        std::uint32_t hash = 0;
+        std::uint64_t stamp = 0;  // 0: free place
+        bool repeated = false;    // more than one header line, or a key more than once
+    };
+    /// Open addressing over places; the hash stands beside the place so that a probe rarely leaves the table.
+    struct Slot {
+        std::uint32_t hash = 0, place = kNone;
+    };
+    class Table {
+    public:
+        template <class Same>
+        std::uint32_t Find(std::uint32_t hash, Same same) const;
+        void Insert(std::uint32_t hash, std::uint32_t place);
+        void Erase(std::uint32_t hash, std::uint32_t place);
+        void Change(std::uint32_t hash, std::uint32_t from, std::uint32_t to);
+        void Reserve(std::size_t count);
+        void Clear();
+
+    private:
+        void Rehash(std::size_t size);
+        std::vector<Slot> slots;
+        std::size_t used = 0;
+    };
+
+    std::string_view Text(const Line& line) const;
+    std::string_view RawText(const Line& line) const;
+    void ParseText();
+    void ParseItem(std::uint32_t lineBegin, std::string_view text, std::uint32_t size, std::uint32_t section);
+    void AppendOther(std::uint32_t begin, std::uint32_t size, std::uint32_t section, Kind kind);
+    std::uint32_t NewLine();
+    void LinkLast(std::uint32_t line);
+    void LinkAfter(std::uint32_t where, std::uint32_t line);
+    void UnlinkLine(std::uint32_t line);
+    void AppendToWalk(std::uint32_t section, std::uint32_t item);
+    void UnlinkFromWalk(std::uint32_t item);
+    std::uint32_t NewSection(std::string_view name, std::uint32_t header);
+    void FreeSection(std::uint32_t section);
+    void DeleteLinesOf(std::uint32_t section, std::uint32_t keep);
+    std::string_view LineEnd() const { return lineFeedOnly ? "\n" : "\r\n"; }
+
+    std::shared_ptr<const std::string> source;  // the file as UTF-8, without byte order mark
+    std::uint32_t textBegin = 0;                // where the text starts in it
+    std::vector<Line> lines;
+    std::vector<std::uint32_t> freeLines;
+    std::uint32_t firstLine = kNone, lastLine = kNone;
+    std::vector<Section> sections;
+    std::vector<std::uint32_t> freeSections;
+    std::uint32_t firstSection = kNone, lastSection = kNone;
+    Table sectionTable, itemTable;
+    std::uint64_t nextStamp = 1;
+    textencoding::type encoding = textencoding::utf8;
+    bool lineFeedOnly = false;
+    bool changed = false;
+    bool undecodable = false;
+};
+
+}  // namespace orv

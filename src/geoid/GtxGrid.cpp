@@ -1,0 +1,99 @@
+#include "geoid/GtxGrid.h"
+
+#include <limits>
+
+#include "platform/values/TruncToInt.h"
+
+namespace orv {
+
+namespace {
+
+// The form doesn't tell the width of its nodes: the file's length does. The header counts as content, so a file of
+// fewer than ten floats looks like one of doubles.
+bool HoldsDoubles(std::uint64_t length, std::int64_t nodes) {
+    const auto count = static_cast<std::uint64_t>(nodes);
+    return count <= std::numeric_limits<std::uint64_t>::max() / sizeof(double) && length > count * sizeof(double);
+}
+
+template <class Node>
+void ReadNodes(GridReader& in, std::int64_t nodes, std::vector<float>& values) {
+    const std::uint64_t count = in.NodesLeft(nodes, sizeof(Node));
+    values.reserve(static_cast<std::size_t>(count));
+    for (std::uint64_t i = 0; i < count; ++i) values.push_back(static_cast<float>(in.Read<Node>()));
+}
+
+int Finish(GridFileInfo& info, const std::string& bytes, GtxGrid& grid) {
+    info.status = ReadGtx(AsBytes(bytes), grid);
+    return info.status == kGeoidOk ? info.status : info.status = info.NoDataInFile();
+}
+
+}  // namespace
+
+int ReadGtx(std::span<const std::byte> bytes, GtxGrid& grid) {
+    grid = {};
+    GridReader in(bytes, std::endian::big);
+    grid.south = in.Read<double>();
+    grid.west = in.Read<double>();
+    grid.latitudeStep = in.Read<double>();
+    grid.longitudeStep = in.Read<double>();
+    grid.rows = in.Read<std::int32_t>();
+    grid.columns = in.Read<std::int32_t>();
+    grid.north = (grid.rows - 1.0) * grid.latitudeStep + grid.south;
+    grid.east = (grid.columns - 1.0) * grid.longitudeStep + grid.west;
+
+    const std::int64_t nodes = NodeCount(grid.rows, grid.columns);
+    if (HoldsDoubles(in.Length(), nodes)) {
+        ReadNodes<double>(in, nodes, grid.values);
+    } else {
+        ReadNodes<float>(in, nodes, grid.values);
+    }
+    return grid.values.empty() ? kGeoidNoData : kGeoidOk;
+}
+
+int ReadGtx(std::wstring path, GridFileInfo& info, GtxGrid& grid) {
+    std::string bytes;
+    grid = {};
+    return ReadGridFile(std::move(path), info, bytes) ? Finish(info, bytes, grid) : info.status;
+}
+
+int ReadGtx(int location, std::wstring_view relative, GridFileInfo& info, GtxGrid& grid) {
+    std::string bytes;
+    grid = {};
+    return ReadGridFile(location, relative, info, bytes) ? Finish(info, bytes, grid) : info.status;
+}
+
+bool BilinearGtx(const GtxGrid& grid, double latitude, double longitude, double& value) {
+    const bool inside = latitude >= grid.south && latitude <= grid.north &&  //
+                        longitude >= grid.west && longitude <= grid.east;
+    if (!inside) return false;
+    const double x = (longitude - grid.west) / grid.longitudeStep;
+    const double y = (latitude - grid.south) / grid.latitudeStep;
+    std::int32_t c = 0, r = 0;  // inside the bounds truncating is rounding down
+    if (!TruncToInt(x, c) || !TruncToInt(y, r)) return false;
+    const double u = x - c, v = y - r;
+    // The nodes of a cell lie in file order, so a test of the last one that counts is a test of all.
+    const auto k = static_cast<std::size_t>(std::int64_t{grid.columns} * r + c);
+    const auto columns = static_cast<std::size_t>(grid.columns);
+    const auto& node = grid.values;
+    const bool lastColumn = c >= grid.columns - 1;
+
+    // Right below the north edge the cell counts as having no upper row, so the last 0.0001 degree takes the row under
+    // it as it stands. Users know the heights that come of it.
+    if (grid.north - latitude < 0.0001) {
+        if (k + (lastColumn ? 0 : 1) >= node.size()) return false;
+        const double q0 = node[k], q1 = node[lastColumn ? k : k + 1];
+        value = q0 * (1 - u) / (1 - u + u) + q1 * u / (1 - u + u);
+        return true;
+    }
+    if (lastColumn) {  // on the east edge the nodes further east have no weight, and there are none
+        if (k + columns >= node.size()) return false;
+        value = node[k] * (1 - v) + node[k + columns] * v;
+        return true;
+    }
+    if (k + columns + 1 >= node.size()) return false;
+    value = node[k] * (1 - v) * (1 - u) + node[k + 1] * u * (1 - v) + node[k + columns] * (1 - u) * v +
+            node[k + columns + 1] * u * v;
+    return true;
+}
+
+}  // namespace orv
