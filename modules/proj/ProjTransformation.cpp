@@ -90,8 +90,8 @@ std::uint64_t NextSerial() {
 
 }  // namespace
 
-ProjTransformation::ProjTransformation(std::string base, std::string definition)
-    : serial(NextSerial()), base(std::move(base)), definition(std::move(definition)) {}
+ProjTransformation::ProjTransformation(std::string from, std::string text)
+    : serial(NextSerial()), base(std::move(from)), definition(std::move(text)) {}
 
 std::shared_ptr<const ProjTransformation> ProjTransformation::Make(std::wstring_view base, std::wstring_view definition,
                                                                    std::wstring& problem) {

@@ -29,7 +29,7 @@ public:
 
 private:
     friend struct ThreadProj;
-    ProjTransformation(std::string base, std::string definition);
+    ProjTransformation(std::string from, std::string text);
     const std::uint64_t serial;  // never used twice, unlike an address
     const std::string base, definition;
 };
