@@ -12,8 +12,8 @@ using ClassReference = const void*;
 /// One kind of file that the suite knows.
 class ORV_EXPORT CFileType {
 public:
-    CFileType(std::wstring key, unsigned id, std::wstring extension, int location, std::wstring defaultName,
-              std::wstring description);
+    CFileType(std::wstring fileId, unsigned number, std::wstring withoutDot, int pathLocation, std::wstring name,
+              std::wstring text);
     virtual ~CFileType() = default;
     CFileType(const CFileType&) = default;
     CFileType& operator=(const CFileType&) = default;

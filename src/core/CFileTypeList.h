@@ -25,13 +25,14 @@ public:
     /// leaves all descriptions empty.
     void Initialise();
 
-    CFileType* GetFileType(const std::wstring& key) const;          ///< null if unknown
-    CFileType* GetFileTypeSafe(const std::wstring& key) const;      ///< the row `Unknown` rather than null
-    CFileType* GetFileTypeID(unsigned id) const;                    ///< first in key order, or null
-    CFileType* GetFileTypeExt(const std::wstring& extension) const; ///< first in key order, exact, without dot, or null
-    unsigned GetFileID(const std::wstring& key) const;              ///< all ones if unknown
-    std::wstring GetFileKey(unsigned id) const;                     ///< empty if unknown
-    std::wstring GetFileExtension(unsigned id) const;               ///< without dot; empty if unknown
+    CFileType* GetFileType(const std::wstring& key) const;      ///< null if unknown
+    CFileType* GetFileTypeSafe(const std::wstring& key) const;  ///< the row `Unknown` rather than null
+    CFileType* GetFileTypeID(unsigned id) const;                ///< first in key order, or null
+    CFileType* GetFileTypeExt(
+        const std::wstring& extension) const;           ///< first in key order, exact, without dot, or null
+    unsigned GetFileID(const std::wstring& key) const;  ///< all ones if unknown
+    std::wstring GetFileKey(unsigned id) const;         ///< empty if unknown
+    std::wstring GetFileExtension(unsigned id) const;   ///< without dot; empty if unknown
     /// All false if unknown. Mind the orders of these two.
     void GetFilePermissions(const std::wstring& key, bool& supported, bool& create, bool& select) const;
     void SetFileClientPermissions(const std::wstring& key, bool supported, bool select, bool create);
@@ -44,6 +45,7 @@ private:
     void AddFileType(const FileObject& ini, const std::wstring& key, unsigned id, const std::wstring& extension,
                      int location, const std::wstring& defaultName, ClassReference editor, ClassReference creator,
                      unsigned bitmapId, int exportFilter, bool viewable);
+    bool Give(Iterator iterator, std::wstring& key, CFileType*& type) const;
     Map types;
     CFileType* unknown = nullptr;
 };

@@ -12,9 +12,9 @@ namespace orv {
 /// a time.
 class ORV_EXPORT COrvString {
 public:
-    explicit COrvString(wchar_t separator);
+    explicit COrvString(wchar_t at);
     /// `strip`: take blanks off both ends of each item.
-    COrvString(std::wstring_view text, wchar_t separator, bool strip);
+    COrvString(std::wstring_view text, wchar_t at, bool strip);
 
     void LoadString(std::wstring_view text, bool strip);
     int Size() const { return static_cast<int>(items.size()); }
@@ -38,18 +38,18 @@ public:
 
     void Clear() { items.clear(); }
     bool IsEmpty() const { return items.empty(); }
-    void Erase(int first, int count);      ///< what lies beyond the end is passed over
-    std::wstring Left(int count) const;    ///< the first items joined again
+    void Erase(int first, int count);    ///< what lies beyond the end is passed over
+    std::wstring Left(int count) const;  ///< the first items joined again
     /// True and the index of the first item that contains `text`.
     bool HasSubString(std::wstring_view text, int& index) const;
-    std::wstring GetString() const;        ///< all items joined with the separator
+    std::wstring GetString() const;  ///< all items joined with the separator
     std::wstring String() const { return GetString(); }
 
 private:
     bool Has(int index) const { return index >= 0 && index < Size(); }
     wchar_t separator;
     std::vector<std::wstring> items;
-    mutable std::wstring scratch;
+    std::wstring scratch;  // what operator[] hands out beyond the end
 };
 
 }  // namespace orv

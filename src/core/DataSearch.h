@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/COrvString.h"
 #include "core/CFileType.h"
+#include "core/COrvString.h"
 #include "core/FileObject.h"
 #include "core/OrvIniFile_IO.h"
 #include "core/ProgramDefFile_IO.h"
@@ -22,13 +22,13 @@ struct DataSearchStatus;
 /// Status of `DataSearch`, beside the bool of a query.
 enum DataSearchStatusCode : int {
     kSearchOk = 0,
-    kSearchNoAppDefName = 1,       ///< an application definition is required and no name was given
-    kSearchNoSettings = 2,         ///< settings or file type definition can't be opened
+    kSearchNoAppDefName = 1,  ///< an application definition is required and no name was given
+    kSearchNoSettings = 2,    ///< settings or file type definition can't be opened
     kSearchAppDefChecksum = 4,
     kSearchNoUserDef = 5,
     kSearchNoAppDefLocation = 6,
     kSearchNoUserProfile = 7,
-    kSearchUnknownName = 9,        ///< the application definition has no such name or key
+    kSearchUnknownName = 9,  ///< the application definition has no such name or key
     kSearchAppDefFailed = 10,
     kSearchUserDefFailed = 11,
     kSearchUnknownFileType = 12,
@@ -62,7 +62,7 @@ public:
     // Start: DataSearch.cpp
 
     bool IsInit() const { return isInit; }
-    void Finalize();  ///< does nothing; hosts call it
+    void Finalize();                                ///< does nothing; hosts call it
     void DisableAppDefReq() { useAppDef = false; }  ///< later merges ignore the application definition
     /// Opens a project by name, or the current one of the settings when empty.
     bool InitProject(std::wstring projectName, bool saveCoordSys);
@@ -169,7 +169,7 @@ public:
     // Rights of the user's access level: DataSearchRights.cpp. Without a valid definition everything is allowed.
 
     void LoadAllowedItems();
-    int GetLevelIndex(const std::wstring& name);  ///< 0, the first level, for an unknown name
+    int GetLevelIndex(const std::wstring& name);        ///< 0, the first level, for an unknown name
     void SetUserAccessLevel(const std::wstring& name);  ///< the caller runs LoadAllowedItems
     bool PermissionToUseItem(int id) const;
     bool PermissionToUseItem(const std::wstring& application, int id) const;
@@ -186,14 +186,26 @@ protected:
 
 private:
     friend struct DataSearchStatus;
+    bool Fail(int status) const;
     bool InitFileTypes();
     bool OpenAppDef(const std::wstring& appDefName);
     bool OpenUserDef();
+
+    bool Ready() const;  ///< opens a query: status 0, false before `Initialise`
+    template <class Ask>
+    bool AskDefinitions(Ask ask) const;
     template <class Query>
     bool MergeMaximum(Query query, int& out) const;
     template <class Query>
-    bool MergeFlag(Query query, bool& out) const;
+    bool MergeFlag(Query query, bool& out, int itemId = 0) const;
+
     bool PathValue(int location, std::wstring& out) const;
+    bool Setting(int location, std::wstring& out) const;
+    bool CommonFilesPath(std::wstring& out) const;
+    bool CompletePath(int location, const std::wstring& value, std::wstring& out) const;
+    bool VisitFiles(unsigned id, const std::vector<std::wstring>& names, GetStringFunctionObject& visit,
+                    bool fullPath) const;
+    bool SubFolders(int location, std::vector<std::wstring>& out) const;
 
     bool isInit = false;
     bool useAppDef = false;

@@ -40,6 +40,8 @@ public:
 
 private:
     const std::wstring* Find(std::wstring_view key) const;
+    template <class T>
+    bool Set(std::wstring_view key, const T& value);
     std::wstring name;
     std::vector<std::pair<std::wstring, std::wstring>> items;
 };

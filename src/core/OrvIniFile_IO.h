@@ -53,8 +53,10 @@ public:
 
 private:
     bool Initialise(const OrvIniFile_IO& other);
+    bool Open(const std::wstring& path);
     template <class T>
     bool Read(std::wstring_view section, std::wstring_view key, T& out) const;
+    bool ReadOrTrue(std::wstring_view section, std::wstring_view key, bool& out) const;
     template <class T>
     bool Change(std::wstring_view section, std::wstring_view key, const T& value);
     bool initialised = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,12 @@ class ORV_EXPORT ProgramDefFile_IO : public ProtectedFileObject {
 public:
     bool Initialise(const std::wstring& name, bool verifyFileName);
     bool IsInit() const { return initialised; }
+    /// True if the last query failed for want of such a row only: there is no restriction. False after a file that
+    /// couldn't be opened, which vouches for nothing.
+    bool LastRowAbsent() const {
+        const int status = GetErrorStatus();
+        return status == kFileNoFile || status == kFileNoSection || status == kFileNoKey;
+    }
 
     /// By key (matched ignoring case; an unknown one gives status 11 and all outputs false, even before `Initialise`)
     /// or by id (status 12). No row: all true, `location` -1, and true.
@@ -54,6 +61,14 @@ public:
     bool GetUALSupportFlag(bool& out) const;
 
 private:
+    template <class T>
+    bool Read(std::wstring_view section, std::wstring_view key, T& out) const;
+    template <class T>
+    bool ReadOr(const T& absent, std::wstring_view section, std::wstring_view key, T& out) const;
+    bool Fail(int status) const;
+    template <class T>
+    bool ProgramItem(unsigned id, int item, T& out) const;
+    bool FlagOf(std::wstring_view section, std::span<const std::wstring_view> keys, int id, bool& out) const;
     bool initialised = false;
 };
 

@@ -159,17 +159,18 @@ TEST(FileObject, CursorsSurviveChanges) {
     std::wstring name, key, value;
     ASSERT_TRUE(file.GetFirstSectionEntry(cursor, name));
     std::wstring keys;
-    for (bool more = file.GetFirstMapEntry(cursor, name, key, value); more; more = file.GetNextMapEntry(cursor, key, value)) {
+    for (bool more = file.GetFirstMapEntry(cursor, name, key, value); more;
+         more = file.GetNextMapEntry(cursor, key, value)) {
         keys += key;
-        EXPECT_TRUE(file.DeleteItem(L"A", key, false));       // what it stands on
-        EXPECT_TRUE(file.SetItem(L"D", key, value, true));    // a section behind
+        EXPECT_TRUE(file.DeleteItem(L"A", key, false));     // what it stands on
+        EXPECT_TRUE(file.SetItem(L"D", key, value, true));  // a section behind
     }
     EXPECT_EQ(keys, L"xyz");
     EXPECT_TRUE(cursor.SetAt(L"at", L"here"));
     EXPECT_EQ(Text(file, L"A", L"at"), L"here");
     EXPECT_TRUE(file.DeleteSection(cursor, L"A"));
     EXPECT_FALSE(cursor.SetAt(L"at", L"gone"));
-    EXPECT_TRUE(file.DeleteSection(L"B"));  // the next one too
+    EXPECT_TRUE(file.DeleteSection(L"B"));         // the next one too
     EXPECT_TRUE(file.CreateSection(L"E", false));  // takes a place that has become free
     ASSERT_TRUE(file.GetNextSectionEntry(cursor, name));
     EXPECT_EQ(name, L"C");
@@ -274,7 +275,8 @@ TEST(FileObject, AgreesWithAPlainMap) {
                     model[section][key] = value;
                     break;
                 case 2:
-                    RC_ASSERT(file.DeleteItem(section, key, false) == (model.count(section) && model[section].erase(key)));
+                    RC_ASSERT(file.DeleteItem(section, key, false) ==
+                              (model.count(section) && model[section].erase(key)));
                     break;
                 case 3:
                     RC_ASSERT(file.DeleteSection(section) == (model.erase(section) == 1));
@@ -294,7 +296,8 @@ TEST(FileObject, AgreesWithAPlainMap) {
             std::map<std::wstring, std::map<std::wstring, std::wstring>> found;
             FobjSection cursor;
             std::wstring section, key, value;
-            for (bool more = at.GetFirstSectionEntry(cursor, section); more; more = at.GetNextSectionEntry(cursor, section)) {
+            for (bool more = at.GetFirstSectionEntry(cursor, section); more;
+                 more = at.GetNextSectionEntry(cursor, section)) {
                 found[section];
                 for (bool item = at.GetFirstMapEntry(cursor, section, key, value); item;
                      item = at.GetNextMapEntry(cursor, key, value)) {

@@ -16,17 +16,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::map<std::string, int> kLayers = {{"platform", 0},   {"core", 1},         {"definitions", 2}, {"geoid", 2},
-                                            {"surveydata", 2}, {"project", 3},      {"housekeeping", 4}, {"users", 4},
-                                            {"frontend", 5},   {"modules", 6},      {"apps", 6}};
+const std::map<std::string, int> kLayers = {{"platform", 0},   {"core", 1},    {"definitions", 2},  {"geoid", 2},
+                                            {"surveydata", 2}, {"project", 3}, {"housekeeping", 4}, {"users", 4},
+                                            {"frontend", 5},   {"modules", 6}, {"apps", 6}};
 
 // Source, and the folder above that it reaches into. Sources only, but for the attributes.
 const std::set<std::pair<std::string, std::string>> kUpward = {
-    {"core/DataSearch.cpp", "project"},        // opens and owns the project
-    {"core/DataSearch.cpp", "users"},          // owns the access levels
-    {"core/DataSearchPaths.cpp", "project"},   // asks it for log folders
-    {"core/DataSearchRights.cpp", "users"},    // asks the access levels
-    {"core/DataSearchLimits.cpp", "users"},    // merges rights into permissions
+    {"core/DataSearch.cpp", "project"},       // opens and owns the project
+    {"core/DataSearch.cpp", "users"},         // owns the access levels
+    {"core/DataSearchPaths.cpp", "project"},  // asks it for log folders
+    {"core/DataSearchRights.cpp", "users"},   // asks the access levels
+    {"core/DataSearchLimits.cpp", "users"},   // merges rights into permissions
 };
 
 std::vector<std::string> IncludesOf(const fs::path& file) {
@@ -40,7 +40,9 @@ std::vector<std::string> IncludesOf(const fs::path& file) {
     return includes;
 }
 
-std::string FolderOf(const std::string& path) { return path.substr(0, path.find('/')); }
+std::string FolderOf(const std::string& path) {
+    return path.substr(0, path.find('/'));
+}
 
 template <class Visit>
 void ForEachSource(Visit visit) {
@@ -87,7 +89,8 @@ TEST(House, OneWayForEachThing) {
         std::string allowedIn;
     };
     const std::array<Rule, 3> rules = {{
-        {"number text by the locale", std::regex("\\b(strto[dlf]|wcsto[dl]|stod|stof|atof|swprintf|snprintf|sscanf)\\b"), "-"},
+        {"number text by the locale",
+         std::regex("\\b(strto[dlf]|wcsto[dl]|stod|stof|atof|swprintf|snprintf|sscanf)\\b"), "-"},
         {"a file past the file system", std::regex("\\b(fopen|std::[io]fstream|std::filesystem)\\b"), "platform/os/"},
         {"case by the locale", std::regex("\\b(towlower|tolower|toupper)\\("), "platform/text/CaseFold"},
     }};

@@ -38,9 +38,13 @@ std::string ReadBytes(std::wstring_view path) {
     return all.str();
 }
 
-void MakeFolders(std::wstring_view path) { fs::create_directories(PathToBytes(path)); }
+void MakeFolders(std::wstring_view path) {
+    fs::create_directories(PathToBytes(path));
+}
 
-bool Exists(std::wstring_view path) { return fs::exists(PathToBytes(path)); }
+bool Exists(std::wstring_view path) {
+    return fs::exists(PathToBytes(path));
+}
 
 ScopedZone::ScopedZone(const char* zone) {
     const char* now = std::getenv("TZ");

@@ -22,7 +22,7 @@ protected:
 class ORV_EXPORT FileError : public Error {
 public:
     enum CODE { GENERAL = 0 };
-    FileError(std::wstring_view name, CODE theCode) : fileName(name), code(theCode) {}
+    FileError(std::wstring_view name, CODE errorCode) : fileName(name), code(errorCode) {}
     CODE Code() const { return code; }
 
 protected:

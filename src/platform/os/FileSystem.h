@@ -42,16 +42,17 @@ struct OpenMode {
     bool create = false;    ///< make it if it is missing
     bool truncate = false;  ///< empty it once the lock is held
     Share share = Share::DenyWrite;
+    bool createNew = false;  ///< make it; Exists if the name is taken, also by a link
 };
 
 struct FileStatus {
     bool exists = false;
     bool isFolder = false;
-    bool readOnly = false;              ///< no write bit for anyone; counts for root too
-    std::uint64_t size = 0;             ///< bytes
-    std::int64_t modified = 0;          ///< seconds since 1970 UTC
+    bool readOnly = false;      ///< no write bit for anyone; counts for root too
+    std::uint64_t size = 0;     ///< bytes
+    std::int64_t modified = 0;  ///< seconds since 1970 UTC
     std::int64_t modifiedNanoseconds = 0;
-    std::int64_t created = 0;           ///< seconds since 1970 UTC: the earlier of birth and modification
+    std::int64_t created = 0;             ///< seconds since 1970 UTC: the earlier of birth and modification
     std::uint64_t device = 0, inode = 0;  ///< together the identity of the file
 };
 
@@ -104,7 +105,8 @@ public:
     /// Mode, owner and group of `from` onto `to`. Owner and group as far as the system lets us.
     [[nodiscard]] virtual FsResult CopyAttributes(std::wstring_view from, std::wstring_view to) = 0;
     [[nodiscard]] virtual FsResult SetReadOnly(std::wstring_view path, bool readOnly) = 0;
-    [[nodiscard]] virtual FsResult SetModified(std::wstring_view path, std::int64_t seconds, std::int64_t nanoseconds) = 0;
+    [[nodiscard]] virtual FsResult SetModified(std::wstring_view path, std::int64_t seconds,
+                                               std::int64_t nanoseconds) = 0;
     /// Flushes the folder itself, so that a rename in it survives a power cut.
     [[nodiscard]] virtual FsResult SyncFolder(std::wstring_view folder) = 0;
     /// Bytes that a user may still write on the volume of `path`; none if it can't be told.

@@ -28,7 +28,7 @@ namespace orv {
 [[nodiscard]] ORV_EXPORT FsResult CopyWholeFile(std::wstring_view from, std::wstring_view to,
                                                 const std::atomic<bool>* cancel = nullptr);
 
-ORV_EXPORT bool FileExists(std::wstring_view path);    ///< a file, not a folder
+ORV_EXPORT bool FileExists(std::wstring_view path);  ///< a file, not a folder
 ORV_EXPORT bool FolderExists(std::wstring_view path);
 /// Makes a folder and the parents it lacks.
 [[nodiscard]] ORV_EXPORT FsResult MakeFolders(std::wstring_view path);
@@ -40,7 +40,7 @@ ORV_EXPORT std::vector<FolderEntry> FindFiles(std::wstring_view folder, std::wst
 class ORV_EXPORT ReadOnlyLift {
 public:
     /// Does nothing if the file is missing or writable.
-    explicit ReadOnlyLift(std::wstring_view path);
+    explicit ReadOnlyLift(std::wstring_view file);
     ~ReadOnlyLift();
     ReadOnlyLift(const ReadOnlyLift&) = delete;
     ReadOnlyLift& operator=(const ReadOnlyLift&) = delete;

@@ -5,7 +5,8 @@
 
 #include "platform/Export.h"
 
-/// Case without locale: Unicode's simple one-to-one mapping, so lengths stay and every host agrees. Any thread may call.
+/// Case without locale: Unicode's simple one-to-one mapping, so lengths stay and every host agrees. Any thread may
+/// call.
 namespace orv {
 
 ORV_EXPORT wchar_t LowerChar(wchar_t c);

@@ -10,7 +10,9 @@
 namespace orv {
 
 inline constexpr wchar_t kPathSeparator = L'/';
-inline constexpr bool IsPathSeparator(wchar_t c) { return c == L'/' || c == L'\\'; }
+inline constexpr bool IsPathSeparator(wchar_t c) {
+    return c == L'/' || c == L'\\';
+}
 
 /// Each '\' becomes '/'.
 ORV_EXPORT std::wstring ToNativePath(std::wstring_view path);

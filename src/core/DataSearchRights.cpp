@@ -1,0 +1,92 @@
+#include <algorithm>
+
+#include "core/ConfigKeys.h"
+#include "core/DataSearch.h"
+#include "platform/text/CaseFold.h"
+#include "platform/text/NumberText.h"
+// Upward: DataSearch owns the levels file of the site and turns it into what the user's level denies.
+#include "users/UserAccessLevelsFile.h"
+
+namespace orv {
+
+namespace {
+
+/// An item as the levels file holds it: "key = label;id;allowed,allowed,...", one number a level.
+struct LevelItem {
+    int id = 0;
+    COrvString levels{L','};
+
+    bool Parse(const std::wstring& text) {
+        const std::vector<std::wstring> parts = DataSearch::Split(text, {L";", L"="}, true);
+        if (parts.size() != 4) return false;
+        id = ParseLeadingInt(TrimBlanks(parts[2]));
+        levels.LoadString(TrimBlanks(parts[3]), true);
+        return true;
+    }
+};
+
+}  // namespace
+
+void DataSearch::LoadAllowedItems() {
+    ualInvalid = !accessLevels->ReadUserAccessLevelsFile();
+    deniedItems.clear();
+    levelApps = accessLevels->Applications();
+    levelIndex = GetLevelIndex(userLevel);
+    for (const std::wstring& application : levelApps) {
+        std::vector<int>& denied = deniedItems.emplace_back();
+        for (const std::wstring_view prefix : {UAL_ITEM_PREFIX, UAL_OPTION_PREFIX}) {
+            for (const std::wstring& text : accessLevels->GetItems(application, std::wstring(prefix))) {
+                LevelItem item;
+                int allowed = 1;
+                if (item.Parse(text) && item.levels.GetItem(levelIndex, allowed) && allowed == 0) {
+                    denied.push_back(item.id);
+                }
+            }
+        }
+    }
+}
+
+int DataSearch::GetLevelIndex(const std::wstring& name) {
+    accessLevels->ReadUserAccessLevelsFile();
+    return std::max(accessLevels->UserAccessLevelIndex(name), 0);
+}
+
+void DataSearch::SetUserAccessLevel(const std::wstring& name) {
+    userLevel = name;
+    levelIndex = GetLevelIndex(name);
+}
+
+bool DataSearch::PermissionToUseItem(int id) const {
+    return PermissionToUseItem(appName, id);
+}
+
+bool DataSearch::PermissionToUseItem(const std::wstring& application, int id) const {
+    if (ualInvalid) return true;
+    const auto app = std::find_if(levelApps.begin(), levelApps.end(),
+                                  [&](const std::wstring& name) { return EqualNoCase(name, application); });
+    if (app == levelApps.end()) return true;
+    const std::vector<int>& denied = deniedItems[static_cast<std::size_t>(app - levelApps.begin())];
+    return std::find(denied.begin(), denied.end(), id) == denied.end();
+}
+
+// Items and options share one list of ids.
+bool DataSearch::PermissionToUseOption(int id) const {
+    return PermissionToUseItem(id);
+}
+
+void DataSearch::GetAllAppItems(int level, int value, const std::wstring& prefix, std::vector<int>& out) const {
+    out.clear();
+    const std::wstring wanted = prefix.empty() ? std::wstring(UAL_ITEM_PREFIX) : prefix;
+    for (const std::wstring& text : accessLevels->GetItems(appName, wanted)) {
+        LevelItem item;
+        if (!item.Parse(text) || level < 0 || level >= item.levels.Size()) continue;
+        int number = 0;
+        if (value == -1 || (item.levels.GetItem(level, number) && number == value)) out.push_back(item.id);
+    }
+}
+
+std::vector<std::wstring> DataSearch::GetUserLevels() const {
+    return accessLevels->Levels();
+}
+
+}  // namespace orv

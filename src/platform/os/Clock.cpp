@@ -1,0 +1,89 @@
+#include "platform/os/Clock.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <ctime>
+#include <limits>
+
+namespace orv {
+
+namespace {
+
+class SystemClock : public Clock {
+public:
+    std::int64_t UtcMilliseconds() override {
+        using namespace std::chrono;
+        return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+    }
+};
+
+std::atomic<Clock*> clockInForce{nullptr};
+
+constexpr std::int64_t kDay = 86400;
+
+int Clip(std::int64_t value) {
+    return static_cast<int>(
+        std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+CalendarTime FromTm(const std::tm& tm) {
+    return {Clip(std::int64_t{tm.tm_year} + 1900), tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec};
+}
+
+std::int64_t ZoneOffset(std::int64_t utcSeconds) {
+    const std::time_t time = utcSeconds;
+    std::tm tm{};
+    return localtime_r(&time, &tm) ? tm.tm_gmtoff : 0;
+}
+
+}  // namespace
+
+Clock& TheClock() {
+    static SystemClock system;
+    Clock* const set = clockInForce.load();
+    return set ? *set : system;
+}
+
+void SetClock(Clock* clock) {
+    clockInForce = clock;
+}
+
+CalendarTime LocalCalendar(std::int64_t utcSeconds) {
+    const std::time_t time = utcSeconds;
+    std::tm tm{};
+    return localtime_r(&time, &tm) ? FromTm(tm) : CalendarTime{};
+}
+
+CalendarTime UtcCalendar(std::int64_t utcSeconds) {
+    const std::time_t time = utcSeconds;
+    std::tm tm{};
+    return gmtime_r(&time, &tm) ? FromTm(tm) : CalendarTime{};
+}
+
+std::int64_t LocalToUtc(const CalendarTime& local) {
+    // mktime answers a repeated hour by what it was asked before; the offsets of the days around it tell both passes.
+    const std::int64_t asUtc = CalendarToUtc(local);
+    const std::int64_t before = ZoneOffset(asUtc - kDay), after = ZoneOffset(asUtc + kDay);
+    for (const std::int64_t offset : {std::max(before, after), std::min(before, after)}) {
+        if (ZoneOffset(asUtc - offset) == offset) return asUtc - offset;
+    }
+    return asUtc - before;  // an hour that is skipped: as if the clocks had not been put forward yet
+}
+
+std::int64_t CalendarToUtc(const CalendarTime& utc) {
+    std::tm tm{};
+    tm.tm_year = Clip(std::int64_t{utc.year} - 1900);
+    tm.tm_mon = Clip(std::int64_t{utc.month} - 1);
+    tm.tm_mday = utc.day;
+    tm.tm_hour = utc.hour;
+    tm.tm_min = utc.minute;
+    tm.tm_sec = utc.second;
+    return timegm(&tm);
+}
+
+double CExTime::GetCurTime() {
+    return static_cast<double>(TheClock().UtcMilliseconds());
+}
+
+}  // namespace orv

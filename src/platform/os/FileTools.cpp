@@ -1,0 +1,170 @@
+#include "platform/os/FileTools.h"
+
+#include <algorithm>
+
+#include "platform/notify/Notices.h"
+#include "platform/os/TemporaryFile.h"
+#include "platform/text/PathText.h"
+
+namespace orv {
+
+namespace {
+
+/// Holds an existing target so that nobody else reads or writes it meanwhile; `held` stays empty if there is none.
+/// Opening it for writing also tells whether it may be written at all.
+FsResult HoldTarget(FileSystem& files, const std::wstring& target, std::unique_ptr<File>& held) {
+    const FsResult result = files.Open(target, {.read = false, .write = true, .share = Share::Exclusive}, held);
+    return result == FsResult::NotFound ? FsResult::Ok : result;
+}
+
+/// Overwrites the held file itself. A kill in the middle leaves a mixture, which can't be helped here; a full disk
+/// doesn't: the part that needs new space is written first, and cut off again if there is none.
+FsResult SaveInPlace(File& file, std::string_view bytes) {
+    std::uint64_t oldLength = 0;
+    FsResult result = file.Length(oldLength);
+    if (result != FsResult::Ok) return result;
+    const std::size_t head = static_cast<std::size_t>(std::min<std::uint64_t>(oldLength, bytes.size()));
+    result = file.Seek(head);
+    if (result == FsResult::Ok) result = file.Write(bytes.data() + head, bytes.size() - head);
+    if (result == FsResult::Ok) result = file.Sync();
+    if (result != FsResult::Ok) {
+        static_cast<void>(file.Truncate(oldLength));
+        return result;
+    }
+    result = file.Seek(0);
+    if (result == FsResult::Ok) result = file.Write(bytes.data(), head);
+    if (result == FsResult::Ok) result = file.Truncate(bytes.size());
+    if (result == FsResult::Ok) result = file.Sync();
+    return result;
+}
+
+FsResult SaveBeside(FileSystem& files, const std::wstring& target, bool exists, std::string_view bytes) {
+    TemporaryFile temporary(files, target);
+    FsResult result = temporary.Create();
+    // Before the content: what only some may read must not lie open for a moment.
+    if (result == FsResult::Ok && exists) result = temporary.TakeAttributes(target);
+    if (result == FsResult::Ok) result = temporary.Write(bytes);
+    if (result == FsResult::Ok) result = temporary.Finish();
+    if (result == FsResult::Ok) result = temporary.Place();
+    return result;
+}
+
+FsResult ReadAll(File& file, std::string& bytes, std::uint64_t limit) {
+    std::uint64_t length = 0;
+    FsResult result = file.Length(length);
+    if (result != FsResult::Ok) return result;
+    if (length > limit) return FsResult::TooLarge;
+    std::string content;
+    std::size_t used = 0;
+    // One byte more than it says: the read that meets the end is the one that proves it, also where somebody appends.
+    std::size_t room = static_cast<std::size_t>(length) + 1;
+    for (;;) {
+        content.resize(used + room);
+        std::size_t got = 0;
+        result = file.Read(content.data() + used, room, got);
+        if (result != FsResult::Ok) return result;
+        if (got == 0) break;
+        used += got;
+        if (used > limit) return FsResult::TooLarge;
+        room -= got;
+        if (room == 0) room = 4096;
+    }
+    content.resize(used);
+    bytes = std::move(content);
+    return FsResult::Ok;
+}
+
+bool IsFolder(FileSystem& files, std::wstring_view path) {
+    FileStatus status;
+    return files.Status(path, status) == FsResult::Ok && status.exists && status.isFolder;
+}
+
+}  // namespace
+
+FsResult ReadWholeFile(std::wstring_view path, std::string& bytes, Share share, std::uint64_t limit) {
+    std::unique_ptr<File> file;
+    const FsResult result = Files().Open(path, {.share = share}, file);
+    return result != FsResult::Ok ? result : ReadAll(*file, bytes, limit);
+}
+
+FsResult SaveWholeFile(std::wstring_view path, std::string_view bytes) {
+    FileSystem& files = Files();
+    const std::wstring target = files.RealPath(path);
+    std::unique_ptr<File> held;
+    const FsResult result = HoldTarget(files, target, held);
+    if (result != FsResult::Ok) return result;
+    const FsResult saved = SaveBeside(files, target, held != nullptr, bytes);
+    if (saved != FsResult::Denied || !held) return saved;
+    const FsResult inPlace = SaveInPlace(*held, bytes);
+    if (inPlace == FsResult::Ok) {
+        Notify(Notice::Information, L"saved in place, its folder takes no new file: " + target);
+    }
+    return inPlace;
+}
+
+FsResult CopyWholeFile(std::wstring_view from, std::wstring_view to, const std::atomic<bool>* cancel) {
+    FileSystem& files = Files();
+    const std::wstring target = files.RealPath(to);
+    FileStatus source, old;
+    FsResult result = files.Status(from, source);
+    if (result == FsResult::Ok) result = files.Status(target, old);
+    if (result != FsResult::Ok) return result;
+    if (!source.exists) return FsResult::NotFound;
+    if (old.exists && old.device == source.device && old.inode == source.inode) return FsResult::Failed;
+    std::unique_ptr<File> held;
+    result = HoldTarget(files, target, held);
+    if (result != FsResult::Ok) return result;
+    TemporaryFile copy(files, target);
+    result = copy.CopyFrom(from, cancel);
+    return result != FsResult::Ok ? result : copy.Place();
+}
+
+bool FileExists(std::wstring_view path) {
+    FileStatus status;
+    return Files().Status(path, status) == FsResult::Ok && status.exists && !status.isFolder;
+}
+
+bool FolderExists(std::wstring_view path) {
+    return IsFolder(Files(), path);
+}
+
+FsResult MakeFolders(std::wstring_view path) {
+    FileSystem& files = Files();
+    const std::wstring folder = WithoutSeparator(path);
+    if (IsFolder(files, folder)) return FsResult::Ok;
+    const std::wstring parent = GetFolderFromPath(folder);
+    if (!parent.empty() && parent.size() < path.size()) {
+        const FsResult result = MakeFolders(parent);
+        if (result != FsResult::Ok) return result;
+    }
+    const FsResult result = files.MakeFolder(folder);
+    // Somebody else may have made it in the meantime.
+    return result == FsResult::Exists && IsFolder(files, folder) ? FsResult::Ok : result;
+}
+
+std::vector<FolderEntry> FindFiles(std::wstring_view folder, std::wstring_view pattern) {
+    std::vector<FolderEntry> entries;
+    if (Files().List(folder, entries) != FsResult::Ok) return {};
+    std::erase_if(entries, [&](const FolderEntry& entry) { return !MatchesPattern(entry.name, pattern); });
+    return entries;
+}
+
+ReadOnlyLift::ReadOnlyLift(std::wstring_view file) : path(file) {
+    FileStatus status;
+    if (Files().Status(path, status) != FsResult::Ok || !status.exists || !status.readOnly) return;
+    result = Files().SetReadOnly(path, false);
+    lifted = result == FsResult::Ok;
+}
+
+ReadOnlyLift::~ReadOnlyLift() {
+    static_cast<void>(Restore());
+}
+
+FsResult ReadOnlyLift::Restore() {
+    if (!lifted) return FsResult::Ok;
+    const FsResult restored = Files().SetReadOnly(path, true);
+    if (restored == FsResult::Ok) lifted = false;
+    return restored;
+}
+
+}  // namespace orv
