@@ -211,14 +211,23 @@ TEST(FileObject, EncodingIsKept) {
                         {"utf-8 with mark", "\xEF\xBB\xBF[S]\r\nname=\xC3\x84\r\n"},
                         {"old code page", "[S]\r\nname=\xC4\r\n"},
                         {"utf-16", wide("[S]\r\nname=\xC3\x84\r\n")}};
+    TempFolder folder;
+    const auto savedBytes = [&](FileObject& file) {
+        EXPECT_TRUE(file.FileSave(folder / L"a.ini", kSave));
+        return ReadBytes(folder / L"a.ini");
+    };
     for (const Row& row : rows) {
         FileObject file = Opened(row.bytes);
         EXPECT_EQ(Text(file, L"S", L"name"), L"\u00C4") << row.name;
-        EXPECT_EQ(Saved(file), row.bytes) << row.name;
+        EXPECT_EQ(savedBytes(file), row.bytes) << row.name;
+        EXPECT_TRUE(file.SetItem(L"S", L"name", L"\u00D6", true));
+        FileObject again;
+        ASSERT_TRUE(savedBytes(file).size() == row.bytes.size() && again.FileOpen(folder / L"a.ini", kOpenRead));
+        EXPECT_EQ(Text(again, L"S", L"name"), L"\u00D6") << row.name;
     }
     FileObject old = Opened(rows[2].bytes);
     EXPECT_TRUE(old.SetItem(L"S", L"name", L"\u4E2D", true));
-    EXPECT_EQ(Saved(old), "[S]\r\nname=\xE4\xB8\xAD\r\n") << "what the old page can't hold isn't lost";
+    EXPECT_EQ(savedBytes(old), "[S]\r\nname=\xE4\xB8\xAD\r\n") << "what the old page can't hold isn't lost";
 }
 
 TEST(FileObject, OpensAndSavesByName) {
@@ -258,7 +267,7 @@ TEST(FileObject, DamagedTextIsPutAsideBeforeItIsOverwritten) {
 
 // Any sequence of changes must leave an object that agrees with a plain map, and whose text reads back the same.
 TEST(FileObject, AgreesWithAPlainMap) {
-    rc::check([] {
+    EXPECT_TRUE(rc::check([] {
         FileObject file = Opened("; top\r\n[s1]\r\nk1=v\r\n; c\r\nk2=w\r\n[s0]\r\nk1=x\r\n[s1]\r\nk1=y\r\n");
         std::map<std::wstring, std::map<std::wstring, std::wstring>> model = {{L"s1", {{L"k1", L"y"}, {L"k2", L"w"}}},
                                                                               {L"s0", {{L"k1", L"x"}}}};
@@ -308,7 +317,7 @@ TEST(FileObject, AgreesWithAPlainMap) {
             RC_ASSERT(found == model);
         }
         RC_ASSERT(file.GetExtraInfo() == std::vector<std::wstring>{L"; top"});
-    });
+    }));
 }
 
 }  // namespace
