@@ -34,8 +34,9 @@ std::string MakeText(int sections) {
     for (int s = 0; s < sections; ++s) {
         text += "[Section number " + std::to_string(s) + "]\n";
         for (int k = 0; k < 60; ++k) {
-            text += "Key_" + std::to_string(k) + "_of_device_" + std::to_string(s) + "=";
-            if (k % 3 == 0) text += "Positioning, heading and motion " + std::to_string(s * k);
+            text += "Key_" + std::to_string(k) + "_of_the_positioning_device_" + std::to_string(s) + "=";
+            if (k % 3 == 0)
+                text += "Positioning, heading and motion of the reference point at the keel " + std::to_string(s * k);
             if (k % 3 == 1) text += std::to_string(s * 1000 + k);
             if (k % 3 == 2) text += std::to_string(s * 1.25 + k / 7.0);
             text += "\n";
@@ -47,13 +48,14 @@ std::string MakeText(int sections) {
 std::vector<Name> NamesOf(int sections, int kind) {
     std::vector<Name> names;
     unsigned state = 12345;
-    for (int i = 0; i < 4096; ++i) {
+    for (int i = 0; i < 1024; ++i) {
         state = state * 1664525u + 1013904223u;
         const int s = static_cast<int>((state >> 8) % static_cast<unsigned>(sections));
         const int k = static_cast<int>((state >> 20) % 20u) * 3 + (kind < 3 ? kind : 0);
         Name name;
         name.section = "Section number " + std::to_string(s);
-        name.key = "Key_" + std::to_string(k) + (kind < 3 ? "_of_device_" : "_of_nothing_") + std::to_string(s);
+        name.key = "Key_" + std::to_string(k) + (kind < 3 ? "_of_the_positioning_device_" : "_of_the_missing_device_") +
+                   std::to_string(s);
         name.wideSection = orv::FromUtf8(name.section);
         name.wideKey = orv::FromUtf8(name.key);
         names.push_back(name);
@@ -149,7 +151,7 @@ void WriteOurs(benchmark::State& state) {
     orv::FileObject file = LoadOurs(Text(kLarge));
     int round = 0;
     for (auto _ : state) {
-        file.SetItem(L"Section number 7", L"Key_1_of_device_7", ++round, true);
+        file.SetItem(L"Section number 7", L"Key_1_of_the_positioning_device_7", ++round, true);
         orv::memfile out;
         file.FileSave(out);
         benchmark::DoNotOptimize(out);
@@ -159,7 +161,7 @@ void WritePeer(benchmark::State& state) {
     const KeyFile file = LoadPeer(Text(kLarge));
     int round = 0;
     for (auto _ : state) {
-        g_key_file_set_integer(file.get(), "Section number 7", "Key_1_of_device_7", ++round);
+        g_key_file_set_integer(file.get(), "Section number 7", "Key_1_of_the_positioning_device_7", ++round);
         char* text = g_key_file_to_data(file.get(), nullptr, nullptr);
         benchmark::DoNotOptimize(text);
         g_free(text);

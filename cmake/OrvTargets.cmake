@@ -7,7 +7,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 target_compile_options(orv_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror
   # Heights must come out the same on every machine: no fused multiply-add, no fast-math.
-  -ffp-contract=off)
+  -ffp-contract=off
+  # Nobody replaces our functions from outside, so calls among them needn't go through the linkage table.
+  -fno-semantic-interposition)
+target_link_options(orv_options INTERFACE -Wl,-Bsymbolic-functions)
 if(ORV_SANITIZE)
   target_compile_options(orv_options INTERFACE -fsanitize=${ORV_SANITIZE} -fno-omit-frame-pointer -O1)
   target_link_options(orv_options INTERFACE -fsanitize=${ORV_SANITIZE})

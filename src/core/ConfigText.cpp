@@ -42,27 +42,41 @@ std::uint64_t Seed() {
     return seed;
 }
 
-std::uint64_t Load(const char* data, std::size_t size) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, data, size);
+template <class Word>
+std::uint64_t Load(const char* data) {
+    Word word;
+    std::memcpy(&word, data, sizeof(word));
     return word;
 }
 
-std::uint32_t Hash(std::string_view text, std::uint64_t seed) {
+// The last bytes, fewer than eight, as a number; `size` is not 0.
+std::uint64_t LoadTail(const char* data, std::size_t size) {
+    if (size >= 4) return Load<std::uint32_t>(data) | Load<std::uint32_t>(data + size - 4) << (8 * (size - 4));
+    const auto byte = [data](std::size_t at) {
+        return static_cast<std::uint64_t>(static_cast<unsigned char>(data[at]));
+    };
+    return byte(0) | byte(size / 2) << 8 | byte(size - 1) << 16;
+}
+
+std::uint64_t Hash(std::string_view text, std::uint64_t seed) {
     constexpr std::uint64_t kPrime = 0xA0761D6478BD642Full;
     std::uint64_t hash = seed ^ (text.size() * kPrime);
     const char* data = text.data();
     std::size_t left = text.size();
-    for (; left >= 8; data += 8, left -= 8) hash = Mix(hash ^ Load(data, 8), kPrime);
-    if (left > 0) hash = Mix(hash ^ Load(data, left), kPrime);
+    for (; left >= 8; data += 8, left -= 8) hash = Mix(hash ^ Load<std::uint64_t>(data), kPrime);
+    if (left > 0) hash = Mix(hash ^ LoadTail(data, left), kPrime);
+    return hash;
+}
+
+std::uint32_t Fold(std::uint64_t hash) {
     return static_cast<std::uint32_t>(hash ^ (hash >> 32));
 }
 
-std::uint32_t SectionHash(std::string_view name) {
+std::uint64_t SectionHash(std::string_view name) {
     return Hash(name, Seed());
 }
-std::uint32_t ItemHash(std::uint32_t section, std::string_view key) {
-    return Hash(key, Seed() + (section + 1) * 0xE7037ED1A0B428DBull);
+std::uint32_t ItemHash(std::uint64_t sectionHash, std::string_view key) {
+    return Fold(Hash(key, ~sectionHash));
 }
 
 // What a value looks like in the file: quoted where reading would take something off its ends.
@@ -197,7 +211,7 @@ ConfigText::Line& ConfigText::Line::operator=(const Line& other) {
     next = other.next;
     previousItem = other.previousItem;
     nextItem = other.nextItem;
-    section = other.section;
+    PutIn(other.section);
     hash = other.hash;
     stamp = other.stamp;
     kind = other.kind;
@@ -307,7 +321,7 @@ void ConfigText::ParseText() {
     // Typical lines run to some thirty characters and more; what is too small grows.
     lines.reserve(all.size() / 40 + 16);
     itemTable.Reserve(all.size() / 40);
-    std::uint32_t section = kNone;
+    std::uint32_t section = kNoSection;
     bool firstEnd = true;
     for (std::size_t begin = textBegin; begin < all.size();) {
         const auto* found = static_cast<const char*>(std::memchr(all.data() + begin, '\n', all.size() - begin));
@@ -332,13 +346,14 @@ void ConfigText::ParseText() {
                 lines[line].begin = lineBegin;
                 lines[line].size = size;
                 LinkLast(line);
-                section = FindSection(*name);
-                if (section == kNone) {
+                const std::uint32_t known = FindSection(*name);
+                if (known == kNone) {
                     section = NewSection(*name, line);
                 } else {
+                    section = known;
                     sections[section].repeated = true;
                 }
-                lines[line].section = section;
+                lines[line].PutIn(section);
                 if (raw == kEncryptedLine && end < all.size()) {
                     AppendOther(static_cast<std::uint32_t>(end), static_cast<std::uint32_t>(all.size() - end), section,
                                 Kind::Opaque);
@@ -347,7 +362,7 @@ void ConfigText::ParseText() {
                 continue;
             }
         }
-        if (first == ';' || section == kNone) {
+        if (first == ';' || section == kNoSection) {
             AppendOther(lineBegin, size, section, Kind::Other);
         } else {
             ParseItem(lineBegin, text, size, section);
@@ -366,7 +381,7 @@ void ConfigText::AppendOther(std::uint32_t begin, std::uint32_t size, std::uint3
     lines[line].kind = kind;
     lines[line].begin = begin;
     lines[line].size = size;
-    lines[line].section = section;
+    lines[line].PutIn(section);
     LinkLast(line);
 }
 
@@ -376,7 +391,7 @@ void ConfigText::ParseItem(std::uint32_t lineBegin, std::string_view text, std::
     if (key.empty()) return AppendOther(lineBegin, size, section, Kind::Other);
     const std::string_view value = ValuePart(text.substr(equals + 1));
 
-    const std::uint32_t hash = ItemHash(section, key);
+    const std::uint32_t hash = ItemHash(sections[section].hash, key);
     const std::uint32_t earlier =
         itemTable.Find(hash, [&](std::uint32_t place) { return lines[place].section == section && Key(place) == key; });
     const std::uint32_t item = NewLine();
@@ -388,7 +403,7 @@ void ConfigText::ParseItem(std::uint32_t lineBegin, std::string_view text, std::
     line.keySize = static_cast<std::uint32_t>(key.size());
     line.valueBegin = Offset(text, value);
     line.valueSize = static_cast<std::uint32_t>(value.size());
-    line.section = section;
+    line.PutIn(section);
     line.hash = hash;
     LinkLast(item);
     if (earlier == kNone) {
@@ -411,7 +426,7 @@ void ConfigText::ParseItem(std::uint32_t lineBegin, std::string_view text, std::
 }
 
 std::string_view ConfigText::ExtraText() const {
-    if (firstLine == kNone || lines[firstLine].kind != Kind::Other || lines[firstLine].section != kNone) return {};
+    if (firstLine == kNone || lines[firstLine].kind != Kind::Other || lines[firstLine].section != kNoSection) return {};
     return Text(lines[firstLine]);
 }
 
@@ -425,7 +440,7 @@ std::vector<std::string_view> ConfigText::OddLines() const {
             const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
             const std::string_view one = WithoutLineEnd(text.substr(0, end));
             const std::string_view trimmed = Trim(one);
-            if (!trimmed.empty() && trimmed.front() != ';' && (line.section != kNone || trimmed.front() == '[')) {
+            if (!trimmed.empty() && trimmed.front() != ';' && (line.section != kNoSection || trimmed.front() == '[')) {
                 odd.push_back(one);
             }
             text.remove_prefix(end);
@@ -486,7 +501,8 @@ std::string ConfigText::Bytes(textencoding::type as) const {
 // ---- sections
 
 std::uint32_t ConfigText::FindSection(std::string_view name) const {
-    return sectionTable.Find(SectionHash(name), [&](std::uint32_t place) { return sections[place].name == name; });
+    return sectionTable.Find(Fold(SectionHash(name)),
+                             [&](std::uint32_t place) { return sections[place].name == name; });
 }
 
 std::uint32_t ConfigText::SectionOfStamp(std::uint64_t stamp, std::uint32_t place) const {
@@ -523,7 +539,7 @@ std::uint32_t ConfigText::NewSection(std::string_view name, std::uint32_t header
     section.previous = lastSection;
     (lastSection == kNone ? firstSection : sections[lastSection].next) = place;
     lastSection = place;
-    sectionTable.Insert(section.hash, place);
+    sectionTable.Insert(Fold(section.hash), place);
     return place;
 }
 
@@ -533,7 +549,7 @@ std::uint32_t ConfigText::AddSection(std::string_view name) {
         !Text(lines[lastLine]).ends_with("\n\r\n") && !Text(lines[lastLine]).ends_with("\n\n")) {
         const std::uint32_t blank = NewLine();
         lines[blank].kind = Kind::Other;
-        lines[blank].section = lines[lastLine].section;
+        lines[blank].PutIn(lines[lastLine].section);
         lines[blank].own = std::make_unique<std::string>();
         LinkLast(blank);
     }
@@ -542,7 +558,7 @@ std::uint32_t ConfigText::AddSection(std::string_view name) {
     lines[header].own = std::make_unique<std::string>("[" + std::string(name) + "]");
     LinkLast(header);
     const std::uint32_t section = NewSection(name, header);
-    lines[header].section = section;
+    lines[header].PutIn(section);
     changed = true;
     return section;
 }
@@ -551,7 +567,7 @@ void ConfigText::FreeSection(std::uint32_t place) {
     Section& section = sections[place];
     (section.previous == kNone ? firstSection : sections[section.previous].next) = section.next;
     (section.next == kNone ? lastSection : sections[section.next].previous) = section.previous;
-    sectionTable.Erase(section.hash, place);
+    sectionTable.Erase(Fold(section.hash), place);
     section = Section();
     freeSections.push_back(place);
 }
@@ -583,10 +599,16 @@ void ConfigText::ClearSection(std::uint32_t section) {
 
 void ConfigText::RenameSection(std::uint32_t place, std::string_view name) {
     Section& section = sections[place];
-    sectionTable.Erase(section.hash, place);
+    sectionTable.Erase(Fold(section.hash), place);
     section.name = name;
     section.hash = SectionHash(name);
-    sectionTable.Insert(section.hash, place);
+    sectionTable.Insert(Fold(section.hash), place);
+    // Items are found by the names of both.
+    for (std::uint32_t item = section.firstItem; item != kNone; item = lines[item].nextItem) {
+        itemTable.Erase(lines[item].hash, item);
+        lines[item].hash = ItemHash(section.hash, Key(item));
+        itemTable.Insert(lines[item].hash, item);
+    }
     for (std::uint32_t at = section.repeated ? firstLine : section.header; at != kNone; at = lines[at].next) {
         if (lines[at].section != place || lines[at].kind != Kind::Header) continue;
         lines[at].own = std::make_unique<std::string>("[" + std::string(name) + "]");
@@ -602,19 +624,15 @@ void ConfigText::MakeEmpty() {
 
 // ---- items
 
-std::string_view ConfigText::Key(std::uint32_t item) const {
-    const Line& line = lines[item];
-    return Text(line).substr(line.keyBegin, line.keySize);
-}
-
-std::string_view ConfigText::Value(std::uint32_t item) const {
-    const Line& line = lines[item];
-    return Text(line).substr(line.valueBegin, line.valueSize);
-}
-
 std::uint32_t ConfigText::FindItem(std::uint32_t section, std::string_view key) const {
-    return itemTable.Find(ItemHash(section, key),
+    return itemTable.Find(ItemHash(sections[section].hash, key),
                           [&](std::uint32_t place) { return lines[place].section == section && Key(place) == key; });
+}
+
+std::uint32_t ConfigText::FindItem(std::string_view section, std::string_view key) const {
+    return itemTable.Find(ItemHash(SectionHash(section), key), [&](std::uint32_t place) {
+        return Key(place) == key && sections[lines[place].section].name == section;
+    });
 }
 
 std::uint32_t ConfigText::ItemAfter(std::uint32_t section, std::uint64_t stamp, std::uint32_t place) const {
@@ -634,12 +652,12 @@ std::uint32_t ConfigText::AddItem(std::uint32_t section, std::string_view key, s
     const std::uint32_t item = NewLine();
     Line& line = lines[item];
     line.kind = Kind::Item;
-    line.section = section;
+    line.PutIn(section);
     line.own = std::make_unique<std::string>(key);
     *line.own += '=';
     line.keySize = static_cast<std::uint32_t>(key.size());
     line.valueBegin = line.keySize + 1;
-    line.hash = ItemHash(section, key);
+    line.hash = ItemHash(sections[section].hash, key);
     LinkAfter(after, item);
     AppendToWalk(section, item);
     itemTable.Insert(line.hash, item);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -56,11 +57,25 @@ public:
     // Items, by place.
 
     std::uint32_t FindItem(std::uint32_t section, std::string_view key) const;
+    /// In one step, without looking for the section first.
+    std::uint32_t FindItem(std::string_view section, std::string_view key) const;
     std::uint32_t FirstItem(std::uint32_t section) const { return sections[section].firstItem; }
     std::uint32_t NextItem(std::uint32_t item) const { return lines[item].nextItem; }
     std::uint32_t ItemAfter(std::uint32_t section, std::uint64_t stamp, std::uint32_t place) const;
-    std::string_view Key(std::uint32_t item) const;
-    std::string_view Value(std::uint32_t item) const;
+    std::string_view Key(std::uint32_t item) const {
+        const Line& line = lines[item];
+        return {Begin(line) + line.keyBegin, line.keySize};
+    }
+    std::string_view Value(std::uint32_t item) const {
+        const Line& line = lines[item];
+        return {Begin(line) + line.valueBegin, line.valueSize};
+    }
+    /// How far memory may be read behind a key or value of an item: to the end of the line or of the whole text.
+    const char* ReadableEnd(std::string_view part) const {
+        const char* const end = source->data() + source->size();
+        const bool inSource = std::less_equal<>()(source->data(), part.data()) && std::less_equal<>()(part.data(), end);
+        return inSource ? end : part.data() + part.size();
+    }
     std::uint64_t ItemStamp(std::uint32_t item) const { return lines[item].stamp; }
     std::uint32_t AddItem(std::uint32_t section, std::string_view key, std::string_view value);
     void SetValue(std::uint32_t item, std::string_view value);
@@ -71,17 +86,21 @@ public:
     static bool IsSectionName(std::string_view name);
 
 private:
-    enum class Kind : std::uint8_t { Free, Other, Header, Item, Shadowed, Opaque };
-    struct Line {
+    enum class Kind : std::uint32_t { Free, Other, Header, Item, Shadowed, Opaque };
+    static constexpr std::uint32_t kNoSection = (1u << 29) - 1;
+    /// One cache line, so that a look-up touches one.
+    struct alignas(64) Line {
         std::unique_ptr<std::string> own;   // text of a new or changed line, without its end
         std::uint32_t begin = 0, size = 0;  // place in the file's text, with its end
         std::uint32_t keyBegin = 0, keySize = 0, valueBegin = 0, valueSize = 0;  // inside the line's text
-        std::uint32_t previous = kNone, next = kNone;                            // in the file
-        std::uint32_t previousItem = kNone, nextItem = kNone;                    // in the walk over its section
-        std::uint32_t section = kNone;
         std::uint32_t hash = 0;
+        std::uint32_t section : 29 = kNoSection;
+        Kind kind : 3 = Kind::Free;
         std::uint64_t stamp = 0;
-        Kind kind = Kind::Free;
+        std::uint32_t previousItem = kNone, nextItem = kNone;  // in the walk over its section
+        std::uint32_t previous = kNone, next = kNone;          // in the file
+
+        void PutIn(std::uint32_t place) { section = place & kNoSection; }
 
         Line() = default;
         Line(const Line& other);
@@ -95,7 +114,7 @@ private:
         std::uint32_t header = kNone;  // its first header line
         std::uint32_t firstItem = kNone, lastItem = kNone;
         std::uint32_t previous = kNone, next = kNone;
-        std::uint32_t hash = 0;
+        std::uint64_t hash = 0;
         std::uint64_t stamp = 0;  // 0: free place
         bool repeated = false;    // more than one header line, or a key more than once
     };
@@ -119,6 +138,7 @@ private:
         std::size_t used = 0;
     };
 
+    const char* Begin(const Line& line) const { return line.own ? line.own->data() : source->data() + line.begin; }
     std::string_view Text(const Line& line) const;
     std::string_view RawText(const Line& line) const;
     void ParseText();

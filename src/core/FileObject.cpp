@@ -265,17 +265,15 @@ bool FileObject::FileSave(CharBuffer& buffer, int encoding) const {
 
 template <class T>
 bool FileObject::Get(std::wstring_view section, std::wstring_view key, T& out) const {
+    const SmallUtf8 sectionText(section), keyText(key);
+    const std::uint32_t item = content->FindItem(sectionText.View(), keyText.View());
     int status = kFileOk;
-    const std::uint32_t place = content->FindSection(SmallUtf8(section).View());
-    if (place == ConfigText::kNone) {
-        status = !initialised && content->FirstSection() == ConfigText::kNone ? kFileNoFile : kFileNoSection;
+    if (item != ConfigText::kNone) {
+        if (!Convert(content->Value(item), out)) status = kFileNoConvert;
+    } else if (content->FindSection(sectionText.View()) != ConfigText::kNone) {
+        status = kFileNoKey;
     } else {
-        const std::uint32_t item = content->FindItem(place, SmallUtf8(key).View());
-        if (item == ConfigText::kNone) {
-            status = kFileNoKey;
-        } else if (!Convert(content->Value(item), out)) {
-            status = kFileNoConvert;
-        }
+        status = !initialised && content->FirstSection() == ConfigText::kNone ? kFileNoFile : kFileNoSection;
     }
     SetErrorStatus(status);
     if (status != kFileOk && status != kFileNoConvert && throwing) {
@@ -351,8 +349,7 @@ bool FileObject::HasSection(std::wstring_view section) const {
 }
 
 bool FileObject::HasKey(std::wstring_view section, std::wstring_view key) const {
-    const std::uint32_t place = content->FindSection(SmallUtf8(section).View());
-    return place != ConfigText::kNone && content->FindItem(place, SmallUtf8(key).View()) != ConfigText::kNone;
+    return content->FindItem(SmallUtf8(section).View(), SmallUtf8(key).View()) != ConfigText::kNone;
 }
 
 bool FileObject::CreateSection(std::wstring_view section, bool acceptExisting) {

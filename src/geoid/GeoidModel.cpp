@@ -119,17 +119,33 @@ bool GeoidModel::Answer(GeoidReason reason) const {
 
 void GeoidModel::DumpOneFile(std::wostream& stream, const wchar_t* indent, int keyIndex, const std::wstring* path) {
     DumpOpening(stream, indent, keyIndex);
-    if (path) stream << Indent(indent) << L"  <filename>" << *path << L"</filename>\n";
+    if (path) DumpLine(stream, indent, L"<filename>" + *path + L"</filename>");
     DumpClosing(stream, indent);
 }
 
 void GeoidModel::DumpOpening(std::wostream& stream, const wchar_t* indent, int keyIndex) {
+    const std::wstring_view key = GeoidmodelTypeKeys[static_cast<std::size_t>(keyIndex)];
     stream << Indent(indent) << L"<geoidmodel>\n";
-    stream << Indent(indent) << L"  <name>" << GeoidmodelTypeKeys[static_cast<std::size_t>(keyIndex)] << L"</name>\n";
+    DumpLine(stream, indent, L"<name>" + std::wstring(key) + L"</name>");
 }
 
 void GeoidModel::DumpClosing(std::wostream& stream, const wchar_t* indent) {
     stream << Indent(indent) << L"</geoidmodel>\n";
+}
+
+void GeoidModel::DumpLine(std::wostream& stream, const wchar_t* indent, std::wstring_view line) {
+    stream << Indent(indent) << L"  " << line << L'\n';
+}
+
+void GeoidModel::DumpFileLine(std::wostream& stream, const wchar_t* indent, const std::wstring& path) {
+    DumpLine(stream, indent, L"  <filename>" + path + L"</filename>");
+}
+
+void GeoidModel::DumpFileBlock(std::wostream& stream, const wchar_t* indent, std::wstring_view tag,
+                               const std::wstring& path) {
+    DumpLine(stream, indent, L"<" + std::wstring(tag) + L">");
+    DumpFileLine(stream, indent, path);
+    DumpLine(stream, indent, L"</" + std::wstring(tag) + L">");
 }
 
 }  // namespace orv

@@ -79,6 +79,12 @@ protected:
     /// The two ends of a dump; what stands between them is the model's own.
     static void DumpOpening(std::wostream& stream, const wchar_t* indent, int keyIndex);
     static void DumpClosing(std::wostream& stream, const wchar_t* indent);
+    /// One line of a list of files, and a block of one file.
+    static void DumpFileLine(std::wostream& stream, const wchar_t* indent, const std::wstring& path);
+    static void DumpFileBlock(std::wostream& stream, const wchar_t* indent, std::wstring_view tag,
+                              const std::wstring& path);
+    /// A line of its own, indented by two more.
+    static void DumpLine(std::wostream& stream, const wchar_t* indent, std::wstring_view line);
 
     std::wstring fileName, chartDatum;
     double unitFactor = 1.0;

@@ -17,12 +17,17 @@ std::wstring GeoidFolder(int location) {
     return folder;
 }
 
-bool ReadGridFile(int location, std::wstring_view relative, GridFileInfo& info, std::string& bytes) {
+bool GeoidPath(int location, std::wstring_view relative, std::wstring& path) {
     const std::wstring folder = GeoidFolder(location);
-    if (!folder.empty()) return ReadGridFile(folder + ToNativePath(relative), info, bytes);
-    // Without a folder the bare name would be looked for wherever the program happens to run.
+    path = folder + ToNativePath(relative);
+    return !folder.empty();
+}
+
+bool ReadGridFile(int location, std::wstring_view relative, GridFileInfo& info, std::string& bytes) {
+    std::wstring path;
+    if (GeoidPath(location, relative, path)) return ReadGridFile(std::move(path), info, bytes);
     info = {};
-    info.fileName = ToNativePath(relative);
+    info.fileName = std::move(path);
     info.error = L"Failed to open file " + info.fileName;
     return false;
 }
@@ -33,6 +38,17 @@ bool ReadGridFile(std::wstring path, GridFileInfo& info, std::string& bytes) {
     info.opened = ReadWholeFile(info.fileName, bytes) == FsResult::Ok;
     if (!info.opened) info.error = L"Failed to open file " + info.fileName;
     return info.opened;
+}
+
+std::size_t ReadAt(File& file, std::uint64_t offset, std::span<std::byte> out) {
+    if (file.Seek(offset) != FsResult::Ok) return 0;
+    std::size_t done = 0;
+    while (done < out.size()) {
+        std::size_t got = 0;
+        if (file.Read(out.data() + done, out.size() - done, got) != FsResult::Ok || got == 0) break;
+        done += got;
+    }
+    return done;
 }
 
 }  // namespace orv

@@ -12,6 +12,7 @@
 
 #include "geoid/GeoidModel.h"
 #include "platform/Export.h"
+#include "platform/os/FileSystem.h"
 
 namespace orv {
 
@@ -78,10 +79,17 @@ struct GridFileInfo {
 /// Folder of a path location, ends in a separator; empty when the installation has none.
 ORV_EXPORT std::wstring GeoidFolder(int location);
 
-/// Binds `info` to the file `relative` ('\' or '/') below a path location and reads its bytes. On failure the status is
-/// kGeoidNoData and the error says so.
+/// Full path of the file `relative` ('\' or '/') below a path location. False when there is no such folder: `path` is
+/// the bare name then, which mustn't be opened, or it would be looked for wherever the program happens to run.
+bool GeoidPath(int location, std::wstring_view relative, std::wstring& path);
+
+/// Binds `info` to a file below a path location and reads its bytes. On failure the status is kGeoidNoData and the
+/// error says so.
 bool ReadGridFile(int location, std::wstring_view relative, GridFileInfo& info, std::string& bytes);
 /// The same for a file whose full path is known.
 bool ReadGridFile(std::wstring path, GridFileInfo& info, std::string& bytes);
+
+/// Reads as much of `out` as the file has from `offset` on; 0 on any failure.
+std::size_t ReadAt(File& file, std::uint64_t offset, std::span<std::byte> out);
 
 }  // namespace orv

@@ -1,0 +1,177 @@
+#include "geoid/GeoidModel_EGM2008.h"
+
+#include <algorithm>
+
+#include "core/ConfigKeys.h"
+#include "geoid/GridMath.h"
+#include "geoid/GridReader.h"
+#include "platform/notify/Notices.h"
+#include "platform/os/FileTools.h"
+#include "platform/text/Format.h"
+#include "platform/values/Angles.h"
+
+namespace orv {
+
+namespace {
+
+constexpr std::wstring_view kFileName = L"Und_min1x1_egm2008_isw=82_WGS84_TideFree_SE";
+
+constexpr std::wstring_view kMissing =
+    L"Failed to find EGM2008 geoid model data file:\n"
+    L"\"Und_min1x1_egm2008_isw=82_WGS84_TideFree_SE\"\n"
+    L"in folder:\n%s\n\n"
+    L"Download the file from:\n\"the publisher's site\"\n"
+    L"and select\n\"1 x 1-Minute Geoid Undulation Grid in WGS 84 - SMALL ENDIAN \"\n\n"
+    L"Unzip the file and copy to folder:\n%s";
+
+// The file: rows from the north, columns from Greenwich east, each row between two record markers.
+constexpr int kFileColumns = 21600;
+constexpr std::uint64_t kMarker = 4;
+constexpr std::uint64_t kRowBytes = kMarker + kFileColumns * sizeof(float) + kMarker;
+
+constexpr std::int16_t kTileNodes = 100;
+constexpr double kStep = 1.0 / 60.0;
+
+// Values from 9999.0 to just below 10000.0 mark no data.
+int TestNode(float node) {
+    int whole = 0;
+    if (!TruncToInt(node, whole)) return kGeoidOutside;
+    return whole == 9999 ? kGeoidNoData : kGeoidOk;
+}
+
+using Tile = GeoidModel_EGM2008::FileInfo;
+
+// `margin` in cells. The box of a tile has a step more than its nodes reach in the south and in the east.
+bool BoxHolds(const Tile& tile, double longitude, double latitude, double margin) {
+    const double aside = margin * tile.longitudeStep, down = margin * tile.latitudeStep;
+    return longitude >= tile.minimumLongitude + aside && longitude <= tile.maximumLongitude - aside &&
+           latitude >= tile.minimumLatitude + down && latitude <= tile.maximumLatitude - down;
+}
+
+bool PickCell(const Tile& tile, double longitude, double latitude, GridCell& cell) {
+    if (!FloorIndex((longitude - tile.minimumLongitude) / tile.longitudeStep, cell.i)) return false;
+    if (!FloorIndex((tile.maximumLatitude - latitude) / tile.latitudeStep, cell.j)) return false;
+    cell.u = (longitude - cell.i * tile.longitudeStep - tile.minimumLongitude) / tile.longitudeStep;
+    cell.v = (tile.maximumLatitude - latitude - cell.j * tile.latitudeStep) / tile.latitudeStep;
+    return true;
+}
+
+void PlaceBox(Tile& tile, double longitude, double latitude) {
+    const double extent = kTileNodes * kStep;
+    tile.columns = tile.rows = kTileNodes;
+    tile.longitudeStep = tile.latitudeStep = kStep;
+    tile.minimumLongitude = std::floor(longitude / kStep) * kStep - 50.0 / 60.0;
+    tile.minimumLatitude = std::floor(latitude / kStep) * kStep - 50.0 / 60.0;
+    tile.maximumLongitude = tile.minimumLongitude + extent;
+    tile.maximumLatitude = tile.minimumLatitude + extent;
+    if (tile.maximumLatitude > 90.0) {
+        tile.maximumLatitude = 90.0;
+        tile.minimumLatitude = 90.0 - extent;
+    }
+    if (tile.minimumLatitude < -90.0) {
+        tile.minimumLatitude = -90.0;
+        tile.maximumLatitude = extent - 90.0;
+    }
+}
+
+// False at the end of the file: what there was is kept, a cut float isn't.
+bool ReadFloats(File& file, std::uint64_t offset, int count, std::vector<float>& values) {
+    if (count <= 0) return true;
+    std::vector<std::byte> raw(static_cast<std::size_t>(count) * sizeof(float));
+    const std::size_t got = ReadAt(file, offset, raw);
+    GridReader in(std::span<const std::byte>(raw.data(), got));
+    for (std::uint64_t left = in.NodesLeft(count, sizeof(float)); left > 0; --left) values.push_back(in.Read<float>());
+    return got == raw.size();
+}
+
+}  // namespace
+
+std::atomic<bool> GeoidModel_EGM2008::m_bNoFileReported = false;
+
+GeoidModel_EGM2008::GeoidModel_EGM2008() {
+    hasFolder = GeoidPath(kLocationCommon, kFileName, path);
+    if (hasFolder && FileExists(path)) return;
+    if (m_bNoFileReported.exchange(true)) return;
+    const std::wstring folder = GeoidFolder(kLocationCommon);
+    Notify(Notice::Message, FormatTexts(kMissing, {folder, folder}));
+}
+
+bool GeoidModel_EGM2008::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
+    longitude = TrimAngle(longitude);
+    if (!(latitude >= -90.0 && latitude <= 90.0) || !std::isfinite(longitude)) return Answer(kGeoidOutside);
+
+    const double margin = interpolationMethod == 1 ? 1.0 : 0.0;
+    auto tile = tiles.Find([&](const FileInfo& held) { return BoxHolds(held, longitude, latitude, margin); });
+    if (!tile) {
+        tile = tiles.Add([&] {
+            auto made = std::make_shared<FileInfo>();
+            PlaceBox(*made, longitude, latitude);
+            ReadFile(*made);  // a tile that couldn't be read stays, so that the file isn't tried at every position
+            return made;
+        });
+    }
+
+    int code = kGeoidOk;
+    double height = 0.0;
+    if (interpolationMethod == 0) code = Grid_interpolation_bilinear(*tile, longitude, latitude, height);
+    if (interpolationMethod == 1) code = Grid_interpolation_bicubic(*tile, longitude, latitude, height);
+    if (code != kGeoidOk && tile->values.empty()) {
+        return Answer(tile->error.empty() ? GeoidReason::NoData : GeoidReason::NoFile);
+    }
+    if (code != kGeoidOk) return Answer(code);
+    value = height / unitFactor;
+    return true;
+}
+
+int GeoidModel_EGM2008::ReadFile(FileInfo& tile) const {
+    std::unique_ptr<File> file;
+    if (!hasFolder || Files().Open(path, OpenMode{}, file) != FsResult::Ok) {
+        tile.error = L"Failed to open file " + path;
+        return kGeoidNoData;
+    }
+    int startRow = 0, startColumn = 0;
+    if (!FloorIndex((90.0 - tile.maximumLatitude) / tile.latitudeStep + 0.5, startRow)) return kGeoidNoData;
+    if (!FloorIndex(tile.minimumLongitude / tile.latitudeStep + 0.5, startColumn)) return kGeoidNoData;
+    if (startColumn < 0) startColumn += kFileColumns;
+    const int endColumn = startColumn + tile.columns;
+
+    tile.values.reserve(static_cast<std::size_t>(tile.rows) * static_cast<std::size_t>(tile.columns));
+    for (int row = startRow; row < startRow + tile.rows; ++row) {
+        const std::uint64_t start = static_cast<std::uint64_t>(row) * kRowBytes + kMarker;
+        const std::uint64_t first = start + static_cast<std::uint64_t>(startColumn) * sizeof(float);
+        if (!ReadFloats(*file, first, std::min(endColumn, kFileColumns) - startColumn, tile.values)) break;
+        if (!ReadFloats(*file, start, endColumn - kFileColumns, tile.values)) break;  // across Greenwich
+    }
+    return tile.values.empty() ? kGeoidNoData : kGeoidOk;
+}
+
+int GeoidModel_EGM2008::Grid_interpolation_bilinear(const FileInfo& tile, double longitude, double latitude,
+                                                    double& value) {
+    GridCell cell;
+    if (!BoxHolds(tile, longitude, latitude, 0.0) || !PickCell(tile, longitude, latitude, cell)) return kGeoidOutside;
+    const std::int64_t k = std::int64_t{cell.j} * tile.columns + cell.i;
+    std::array<float, 4> q{};
+    // The first node of a tile is refused although it is there.
+    const int code =
+        TakeNodes(tile.values, 1, std::array{k, k + 1, k + tile.columns, k + tile.columns + 1}, TestNode, q);
+    if (code == kGeoidOk) value = BilinearSingleDifferences(q, cell.u, cell.v);
+    return code;
+}
+
+int GeoidModel_EGM2008::Grid_interpolation_bicubic(const FileInfo& tile, double longitude, double latitude,
+                                                   double& value) {
+    GridCell cell;
+    if (!BoxHolds(tile, longitude, latitude, 1.0) || !PickCell(tile, longitude, latitude, cell)) return kGeoidOutside;
+    // The stencil sits one row north of the cell while v counts from the cell: heights in the field have come that way.
+    const std::int64_t first = (std::int64_t{cell.j} - 2) * tile.columns + cell.i - 1;
+    std::array<float, 16> q{};
+    const int code = TakeNodes(tile.values, 1, Stencil16(first, tile.columns), TestNode, q);
+    if (code == kGeoidOk) value = BicubicSingle(q, static_cast<float>(cell.u), static_cast<float>(cell.v));
+    return code;
+}
+
+void GeoidModel_EGM2008::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {
+    DumpOneFile(stream, indent, 18, &path);
+}
+
+}  // namespace orv

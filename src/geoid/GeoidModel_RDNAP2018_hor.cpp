@@ -1,0 +1,125 @@
+#include "geoid/GeoidModel_RDNAP2018_hor.h"
+
+#include "core/ConfigKeys.h"
+#include "geoid/GridMath.h"
+
+namespace orv {
+
+namespace {
+
+// A header record: eight characters of label, which nobody compares, and eight of value.
+template <class T>
+T HeaderValue(GridReader& in) {
+    in.Skip(8);
+    const T value = in.Read<T>();
+    in.Skip(8 - sizeof(T));
+    return value;
+}
+constexpr std::uint64_t kHeaderRecord = 16;
+constexpr std::uint64_t kOverviewRecords = 11;  // of the file, before the first grid
+constexpr std::uint64_t kNameRecords = 4;       // SUB_NAME to UPDATED
+
+// The shift at a shifted position: looked up again and again at where the last shift leads back to, until one of the
+// two coordinates stands still.
+int InterpolateBack(const NtvTwoSubgrid& grid, double p, double q, double& a, double& b) {
+    constexpr double enough = 0.0000036;
+    constexpr int mostPasses = 100;
+    a = b = 0.0;
+    for (int pass = 1; pass <= mostPasses; ++pass) {
+        const double lastA = a, lastB = b;
+        const int code = grid.Interpolate(p - lastA, q - lastB, a, b);
+        if (code != kGeoidOk) return code;
+        if (pass > 1 && (std::fabs(lastB - b) <= enough || std::fabs(lastA - a) <= enough)) return kGeoidOk;
+    }
+    return kGeoidOutside;
+}
+
+}  // namespace
+
+int NtvTwoSubgrid::Read(GridReader& in) {
+    *this = {};
+    in.Skip(kNameRecords * kHeaderRecord);
+    S_LAT = HeaderValue<double>(in);
+    N_LAT = HeaderValue<double>(in);
+    E_LONG = HeaderValue<double>(in);
+    W_LONG = HeaderValue<double>(in);
+    LAT_INC = HeaderValue<double>(in);
+    LONG_INC = HeaderValue<double>(in);
+    GS_COUNT = HeaderValue<std::int32_t>(in);
+    if (LONG_INC == 0.0 || LAT_INC == 0.0) return kGeoidBadHeader;
+    if (!TruncToInt((W_LONG - E_LONG) / LONG_INC + 1.1, columns) ||
+        !TruncToInt((N_LAT - S_LAT) / LAT_INC + 1.1, rows)) {
+        return kGeoidBadHeader;
+    }
+    const std::uint64_t count = in.NodesLeft(GS_COUNT, sizeof(Record));
+    records.reserve(static_cast<std::size_t>(count));
+    for (std::uint64_t i = 0; i < count; ++i) {
+        Record& record = records.emplace_back();
+        for (float& value : record) value = in.Read<float>();
+    }
+    return kGeoidOk;
+}
+
+int NtvTwoSubgrid::Interpolate(double p, double q, double& latitudeShift, double& longitudeShift) const {
+    const bool inside = E_LONG + LONG_INC < q && q < W_LONG - LONG_INC && S_LAT + LAT_INC < p && p < N_LAT - LAT_INC;
+    std::int32_t i = 0, j = 0;
+    if (!inside || !FloorIndex((q - E_LONG) / LONG_INC, i) || !FloorIndex((p - S_LAT) / LAT_INC, j)) {
+        return kGeoidOutside;
+    }
+    const std::int64_t k = std::int64_t{j} * columns + i;
+    std::array<Record, 4> q4{};
+    const auto test = [](const Record& r) { return std::isnan(r[0]) || std::isnan(r[1]) ? kGeoidNoData : kGeoidOk; };
+    const int code = TakeNodes(records, 1, std::array{k, k + 1, k + columns, k + columns + 1}, test, q4);
+    if (code != kGeoidOk) return code;
+    const auto f = static_cast<float>((p - S_LAT - j * LAT_INC) / LAT_INC);
+    const auto g = static_cast<float>((q - E_LONG - i * LONG_INC) / LONG_INC);
+    latitudeShift = BilinearSingle({q4[0][0], q4[1][0], q4[2][0], q4[3][0]}, g, f);
+    longitudeShift = BilinearSingle({q4[0][1], q4[1][1], q4[2][1], q4[3][1]}, g, f);
+    return kGeoidOk;
+}
+
+int GeoidModel_RDNAP2018_hor::ReadFile(std::span<const std::byte> bytes) {
+    GridReader in(bytes);
+    in.Skip(kOverviewRecords * kHeaderRecord);
+    for (NtvTwoSubgrid& grid : subgrids) {
+        if (const int code = grid.Read(in); code != kGeoidOk) return code;
+    }
+    for (const NtvTwoSubgrid& grid : subgrids) {
+        if (grid.GS_COUNT < 0 || grid.records.size() != static_cast<std::size_t>(grid.GS_COUNT)) {
+            return info.NoDataInFile();
+        }
+    }
+    return kGeoidOk;
+}
+
+bool GeoidModel_RDNAP2018_hor::SetFileName(std::wstring name) {
+    fileName = std::move(name);
+    subgrids = {};
+    std::string bytes;
+    if (ReadGridFile(kLocationGeoidModels, L"Netherlands\\" + fileName, info, bytes)) {
+        info.status = ReadFile(AsBytes(bytes));
+    }
+    return Answer(info.Reason());
+}
+
+bool GeoidModel_RDNAP2018_hor::CalculateLocalEllipsCorrection(double latitude, double longitude, double& dLatitude,
+                                                              double& dLongitude, bool direct) {
+    if (info.status != kGeoidOk) return Answer(info.Reason());
+    const double p = latitude * 3600, q = longitude * -3600;
+    double a = 0.0, b = 0.0;
+    const auto shift = [&](const NtvTwoSubgrid& grid) {
+        return direct ? grid.Interpolate(p, q, a, b) : InterpolateBack(grid, p, q, a, b);
+    };
+    int code = shift(subgrids[1]);
+    if (code != kGeoidOk) code = shift(subgrids[0]);
+    if (code != kGeoidOk) return Answer(code);
+    dLatitude = a / -3600;
+    dLongitude = b / 3600;
+    return true;
+}
+
+void GeoidModel_RDNAP2018_hor::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {
+    DumpOneFile(stream, indent, 29, &info.fileName);
+}
+
+}  // namespace orv

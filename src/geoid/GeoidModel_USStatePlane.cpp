@@ -1,0 +1,341 @@
+#include "geoid/GeoidModel_USStatePlane.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/ConfigKeys.h"
+#include "geoid/GridMath.h"
+#include "geoid/TextScan.h"
+#include "platform/notify/Notices.h"
+#include "platform/os/Clock.h"
+#include "platform/os/FileTools.h"
+#include "platform/text/CaseFold.h"
+#include "platform/text/NumberText.h"
+#include "platform/text/PathText.h"
+#include "platform/values/Angles.h"
+
+namespace orv {
+
+namespace {
+
+constexpr double kNoTide = -80.0;  // tidal values below mark no data
+constexpr double kAreaKeptMilliseconds = 15000.0;
+constexpr std::wstring_view kLmsl = L"LMSL";
+
+// A spline over `Size` x `Size` nodes, `before` of them south and west of the cell. False where the grid lacks one.
+template <int Size>
+bool SplineValue(const GtxGrid& grid, std::int32_t row, std::int32_t column, double u, double v, double& value) {
+    constexpr int before = Size / 2 - 1;
+    const std::int64_t firstRow = std::int64_t{row} - before, firstColumn = std::int64_t{column} - before;
+    if (firstRow + Size > grid.rows || firstColumn + Size > grid.columns) return false;
+    double across[Size];
+    for (int r = 0; r < Size; ++r) {
+        const std::int64_t k = (firstRow + r) * grid.columns + firstColumn;
+        std::array<std::int64_t, Size> at{};
+        for (int c = 0; c < Size; ++c) at[static_cast<std::size_t>(c)] = k + c;
+        std::array<float, Size> nodes{};
+        const auto any = [](float) { return kGeoidOk; };
+        if (TakeNodes(grid.values, 0, at, any, nodes) != kGeoidOk) return false;
+        std::array<double, Size> y{};
+        std::copy(nodes.begin(), nodes.end(), y.begin());
+        across[r] = SplineInterpolate(u + Size / 2, y.data(), Size);
+    }
+    value = SplineInterpolate(v + Size / 2, across, Size);
+    return true;
+}
+
+bool Contains(const std::wstring& text, std::wstring_view part) {
+    return text.find(part) != text.npos;
+}
+
+bool Replace(std::wstring& text, std::wstring_view from, std::wstring_view to) {
+    bool any = false;
+    for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size()) {
+        text.replace(at, from.size(), to);
+        any = true;
+    }
+    return any;
+}
+
+}  // namespace
+
+bool TidalBoundary::Holds(double x, double y) const {
+    for (const Polygon& polygon : polygons) {
+        bool inside = false;
+        for (std::size_t i = 0, j = polygon.size() - 1; i < polygon.size(); j = i++) {
+            const Point &a = polygon[i], &b = polygon[j];
+            const bool crosses = (a.latitude < y && b.latitude >= y) || (b.latitude < y && a.latitude >= y);
+            if (!crosses) continue;
+            const double edge =
+                a.longitude + (y - a.latitude) / (b.latitude - a.latitude) * (b.longitude - a.longitude);
+            if (x > edge) inside = !inside;
+        }
+        if (inside) return true;
+    }
+    return false;
+}
+
+std::vector<TidalBoundary::Polygon> ReadBoundary(std::string_view text) {
+    std::vector<TidalBoundary::Polygon> polygons;
+    std::int32_t ring = 0;
+    std::string_view line;
+    while (NextLine(text, line)) {
+        TidalBoundary::Point point{};
+        std::int32_t unused = 0, lineRing = 0;
+        TextScan in(line);
+        if (!in.Real(point.longitude) || !in.Real(point.latitude) || !in.Int(unused) || !in.Int(lineRing)) break;
+        if (polygons.empty() || lineRing != ring) polygons.emplace_back();
+        ring = lineRing;
+        polygons.back().push_back(point);
+    }
+    return polygons;
+}
+
+bool VdatumGridValue(const GtxGrid& grid, double latitude, double longitude, double& value) {
+    const bool inside = latitude >= grid.south && latitude <= grid.north &&  //
+                        longitude >= grid.west && longitude <= grid.east;
+    std::int32_t c = 0, r = 0;
+    const double x = (longitude - grid.west) / grid.longitudeStep, y = (latitude - grid.south) / grid.latitudeStep;
+    if (!inside || !FloorIndex(x, c) || !FloorIndex(y, r)) return false;
+    const double u = x - c, v = y - r;
+
+    const bool onNode = std::fabs(longitude - (c * grid.longitudeStep + grid.west)) < 0.0001 &&
+                        std::fabs(latitude - (r * grid.latitudeStep + grid.south)) < 0.0001;
+    if (onNode) {
+        std::array<float, 1> node{};
+        const auto any = [](float) { return kGeoidOk; };
+        if (TakeNodes(grid.values, 0, std::array{std::int64_t{grid.columns} * r + c}, any, node) != kGeoidOk)
+            return false;
+        value = node[0];
+        return true;
+    }
+    if (r >= 3 && r < grid.rows - 2 && c >= 3 && c < grid.columns - 2 && SplineValue<6>(grid, r, c, u, v, value)) {
+        return true;
+    }
+    if (r >= 2 && r < grid.rows - 1 && c >= 2 && c < grid.columns - 1 && SplineValue<4>(grid, r, c, u, v, value)) {
+        return true;
+    }
+    return BilinearGtx(grid, latitude, longitude, value);
+}
+
+bool GeoidModel_USStatePlane::Init(OrvGeoCoordSysBase* coordSys) {
+    GeoidModel::Init(coordSys);
+    return true;
+}
+
+bool GeoidModel_USStatePlane::SetFileName(std::wstring name) {
+    fileName = std::move(name);
+    geoids.clear();
+    indexFile.clear();
+    std::wstring key = ToLower(fileName);
+    if (key.empty() || Contains(key, L"none")) return Answer(kGeoidOk);
+    // The geoid of 2006 has no index of its own: it covers the areas of that of 2003.
+    if (key == L"geoid06") key = L"geoid03";
+
+    const std::wstring folder = VdatumFolder();
+    if (folder.empty()) return Answer(GeoidReason::NoFile);
+    indexFile = folder + L"core" + kPathSeparator + ToNativePath(key) + L".inf";
+    if (!ReadInfFile(folder, indexFile, geoids)) {
+        Notify(Notice::Message, VdatumMessage(indexFile, folder));
+        return Answer(GeoidReason::NoFile);
+    }
+    // Only the name in capitals, as the setup writes it, means the grids of 2006; projects that wrote it otherwise have
+    // always had those of 2003.
+    if (fileName == L"GEOID06") {
+        for (VdatumGrid& grid : geoids) {
+            if (!Replace(grid.source, L"g2003a", L"g2006a")) continue;
+            Replace(grid.source, L"geoid03", L"geoid06");
+            grid.fileName = folder + ToNativePath(grid.source);
+        }
+    }
+    return Answer(kGeoidOk);
+}
+
+void GeoidModel_USStatePlane::SetGeoidChartDatum(std::wstring datum) {
+    GeoidModel::SetGeoidChartDatum(std::move(datum));
+    areas.clear();
+    charts.clear();
+    boundaries.clear();
+    lastSearch = 0.0;
+    lastArea = -1;
+    if (chartDatum.empty() || Contains(ToLower(chartDatum), L"none")) return;
+
+    const std::wstring folder = VdatumFolder();
+    if (folder.empty()) return;
+    const std::wstring index = folder + L"tidal_area.inf";
+    if (!ReadInfFile(folder, index, areas)) {
+        Notify(Notice::Message, VdatumMessage(index, folder));
+        return;
+    }
+    for (VdatumGrid& area : areas) {
+        const std::wstring source = ToNativePath(area.source), start = folder + source + kPathSeparator;
+        area.fileName = start + L"tss.gtx";
+        if (chartDatum != kLmsl) {
+            charts.push_back(area);
+            charts.back().fileName = start + chartDatum + L".gtx";
+        }
+        boundaries.push_back({start + source + L".bnd", 0.0, {}});
+    }
+}
+
+// Where grids overlap, one in which the position is well inside beats one in which it is near an edge.
+int GeoidModel_USStatePlane::PickGeoidGrid(double latitude, double longitude) const {
+    int nearOneEdge = -1, nearTwo = -1;
+    for (std::size_t i = 0; i < geoids.size(); ++i) {
+        const VdatumGrid& grid = geoids[i];
+        const int index = static_cast<int>(i);
+        if (grid.status != kGeoidOk || !grid.Holds(latitude, longitude)) continue;
+        // In this corner, Alaska's panhandle, the first grid wins over later ones.
+        if (i > 0 && geoids[0].status == kGeoidOk && latitude >= 49 && latitude <= 58 && longitude >= 230 &&
+            longitude <= 234) {
+            return 0;
+        }
+        const double halfRow = grid.latitudeStep / 2, halfColumn = grid.longitudeStep / 2;
+        const bool nearNorthOrSouth = grid.north - latitude <= halfRow || latitude - grid.south <= halfRow;
+        const bool nearEastOrWest = grid.east - longitude <= halfColumn || longitude - grid.west <= halfColumn;
+        if (!nearNorthOrSouth && !nearEastOrWest) return index;
+        int& first = nearNorthOrSouth && nearEastOrWest ? nearTwo : nearOneEdge;
+        if (first < 0) first = index;
+    }
+    return nearOneEdge >= 0 ? nearOneEdge : nearTwo;
+}
+
+bool GeoidModel_USStatePlane::Calculate(double latitude, double longitude, double, double, double& value,
+                                        std::wstring& text) {
+    const double lon = std::fmod(longitude + 360.0, 360.0);
+    Grid grid;
+    std::wstring source, missing;
+    {
+        const std::lock_guard lock(mutex);
+        const int k = PickGeoidGrid(latitude, lon);
+        if (k < 0) return Answer(kGeoidOutside);
+        VdatumGrid& picked = geoids[static_cast<std::size_t>(k)];
+        picked.lastUse = CExTime::GetCurTime();
+        if (picked.Load()) {
+            grid = picked.grid;
+            source = picked.source;
+        } else {
+            missing = picked.fileName;
+        }
+    }
+    if (!grid) {
+        Alert(missing);
+        return Answer(GeoidReason::NoFile);
+    }
+    double height = 0.0;
+    if (!VdatumGridValue(*grid, latitude, lon, height)) return Answer(kGeoidOutside);
+
+    const auto figure = [this](std::wstring_view name, double metres) {
+        return std::wstring(name) + L":" + FixedText(metres / unitFactor, 4) + unitLabel;
+    };
+    text += figure(source, height);
+    const Tidal tidal = LookUpTides(latitude, lon);
+    if (tidal.area < 0 || !tidal.hasLmsl) {
+        text += L" No Tidal Vertical Datum info !";
+    } else {
+        text += L" " + tidal.source;
+        if (tidal.lmsl < kNoTide) {
+            text += L" LMSL:No Data";
+        } else {
+            text += figure(L" LMSL", -tidal.lmsl);
+            height -= tidal.lmsl;
+        }
+        if (tidal.hasChart && tidal.chart < kNoTide) {
+            text += L" " + chartDatum + L":No Data";
+        } else if (tidal.hasChart) {
+            text += figure(L" " + chartDatum, tidal.chart);
+            height += tidal.chart;
+        }
+    }
+    Sweep();
+    value = height / unitFactor;
+    return true;
+}
+
+// The area whose outline holds the position. A vessel doesn't leave one in a quarter of a minute: the last answer
+// stands that long, "none" too.
+int GeoidModel_USStatePlane::FindArea(double latitude, double longitude, double now,
+                                      std::vector<std::wstring>& missing) {
+    const double elapsed = now - lastSearch;
+    if (elapsed >= 0.0 && elapsed < kAreaKeptMilliseconds) return lastArea;
+    lastSearch = now;
+    lastArea = -1;
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        VdatumGrid& area = areas[i];
+        if (!area.Holds(latitude, longitude)) continue;
+        TidalBoundary& boundary = boundaries[i];
+        boundary.lastUse = now;
+        if (boundary.polygons.empty()) {
+            std::string outline;
+            if (ReadWholeFile(boundary.fileName, outline) != FsResult::Ok) {
+                missing.push_back(boundary.fileName);
+                continue;
+            }
+            boundary.polygons = ReadBoundary(outline);
+        }
+        area.lastUse = now;
+        if (!area.Load()) {
+            missing.push_back(area.fileName);
+            continue;
+        }
+        if (boundary.Holds(modgeo(longitude), latitude)) {
+            lastArea = static_cast<int>(i);
+            break;
+        }
+    }
+    return lastArea;
+}
+
+GeoidModel_USStatePlane::Tidal GeoidModel_USStatePlane::LookUpTides(double latitude, double longitude) {
+    Tidal found;
+    Grid lmsl, chart;
+    std::vector<std::wstring> missing;
+    {
+        const std::lock_guard lock(mutex);
+        const double now = CExTime::GetCurTime();
+        found.area = FindArea(latitude, longitude, now, missing);
+        if (found.area >= 0) {
+            const auto i = static_cast<std::size_t>(found.area);
+            areas[i].lastUse = now;
+            found.source = areas[i].source;
+            lmsl = areas[i].grid;
+            if (chartDatum != kLmsl && i < charts.size()) {
+                charts[i].lastUse = now;
+                // An area needn't have every datum, so a missing grid is told only if the area itself is amiss.
+                if (!charts[i].Load() && areas[i].status != kGeoidOk) missing.push_back(charts[i].fileName);
+                chart = charts[i].grid;
+            }
+        }
+    }
+    for (const std::wstring& path : missing) Alert(path);
+    found.hasLmsl = lmsl && VdatumGridValue(*lmsl, latitude, longitude, found.lmsl);
+    found.hasChart = chart && VdatumGridValue(*chart, latitude, longitude, found.chart);
+    return found;
+}
+
+void GeoidModel_USStatePlane::Sweep() {
+    const std::lock_guard lock(mutex);
+    const double now = CExTime::GetCurTime();
+    if (now - lastSweep < kVdatumKeptMilliseconds) return;
+    lastSweep = now;
+    DropUnused(geoids, now);
+    DropUnused(areas, now);
+    DropUnused(charts, now);
+    for (TidalBoundary& boundary : boundaries) {
+        if (now - boundary.lastUse >= kVdatumKeptMilliseconds) boundary.polygons.clear();
+    }
+}
+
+void GeoidModel_USStatePlane::Alert(const std::wstring& path) const {
+    ReportAlert(VdatumMessage(path, GeoidFolder(kLocationCommon)));
+}
+
+void GeoidModel_USStatePlane::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {
+    DumpOpening(stream, indent, 7);
+    DumpLine(stream, indent, L"<fileinfolist>");
+    for (const VdatumGrid& grid : geoids) DumpFileLine(stream, indent, grid.fileName);
+    DumpLine(stream, indent, L"</fileinfolist>");
+    DumpClosing(stream, indent);
+}
+
+}  // namespace orv

@@ -1,0 +1,63 @@
+#include "geoid/TextScan.h"
+
+#include <charconv>
+#include <cmath>
+#include <type_traits>
+
+#include "platform/text/Utf.h"
+
+namespace orv {
+
+void TextScan::SkipBlanks() {
+    const std::size_t start = rest.find_first_not_of(" \t\r\v\f");
+    rest.remove_prefix(start == std::string_view::npos ? rest.size() : start);
+}
+
+template <class Number>
+bool TextScan::Take(Number& value, std::size_t width) {
+    SkipBlanks();
+    std::string_view field = rest.substr(0, width);
+    const bool plus = !field.empty() && field.front() == '+';
+    if (plus) field.remove_prefix(1);
+    if (plus && !field.empty() && field.front() == '-') return false;
+    Number number{};
+    const auto [stop, error] = std::from_chars(field.data(), field.data() + field.size(), number);
+    if (error != std::errc()) return false;
+    if constexpr (std::is_floating_point_v<Number>) {
+        if (!std::isfinite(number)) return false;
+    }
+    value = number;
+    rest.remove_prefix(static_cast<std::size_t>(stop - rest.data()));
+    return true;
+}
+
+bool TextScan::Literal(char c) {
+    if (rest.empty() || rest.front() != c) return false;
+    rest.remove_prefix(1);
+    return true;
+}
+
+bool TextScan::Int(std::int32_t& value) {
+    return Take(value, std::string_view::npos);
+}
+bool TextScan::Real(double& value) {
+    return Take(value, std::string_view::npos);
+}
+bool TextScan::Float(float& value, std::size_t width) {
+    return Take(value, width);
+}
+
+bool NextLine(std::string_view& text, std::string_view& line) {
+    if (text.empty()) return false;
+    const std::size_t end = text.find('\n');
+    line = text.substr(0, end);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    return true;
+}
+
+std::wstring GridText(std::string_view bytes) {
+    return IsUtf8(bytes) ? FromUtf8(bytes) : FromUtf8(Windows1252ToUtf8(bytes));
+}
+
+}  // namespace orv
