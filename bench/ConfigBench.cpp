@@ -48,7 +48,7 @@ std::string MakeText(int sections) {
 std::vector<Name> NamesOf(int sections, int kind) {
     std::vector<Name> names;
     unsigned state = 12345;
-    for (int i = 0; i < 4096; ++i) {
+    for (int i = 0; i < 1024; ++i) {
         state = state * 1664525u + 1013904223u;
         const int s = static_cast<int>((state >> 8) % static_cast<unsigned>(sections));
         const int k = static_cast<int>((state >> 20) % 20u) * 3 + (kind < 3 ? kind : 0);

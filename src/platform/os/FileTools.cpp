@@ -96,6 +96,7 @@ FsResult SaveWholeFile(std::wstring_view path, std::string_view bytes) {
     const FsResult saved = SaveBeside(files, target, held != nullptr, bytes);
     if (saved != FsResult::Denied || !held) return saved;
     const FsResult inPlace = SaveInPlace(*held, bytes);
+    held.reset();
     if (inPlace == FsResult::Ok) {
         Notify(Notice::Information, L"saved in place, its folder takes no new file: " + target);
     }
@@ -130,16 +131,17 @@ bool FolderExists(std::wstring_view path) {
 
 FsResult MakeFolders(std::wstring_view path) {
     FileSystem& files = Files();
-    const std::wstring folder = WithoutSeparator(path);
-    if (IsFolder(files, folder)) return FsResult::Ok;
-    const std::wstring parent = GetFolderFromPath(folder);
-    if (!parent.empty() && parent.size() < path.size()) {
-        const FsResult result = MakeFolders(parent);
-        if (result != FsResult::Ok) return result;
+    if (path.empty()) return FsResult::NotFound;
+    if (IsFolder(files, path)) return FsResult::Ok;
+    for (std::size_t end = 0; end < path.size();) {
+        end = std::min(path.find_first_of(L"/\\", end + 1), path.size());
+        const std::wstring_view folder = path.substr(0, end);
+        if (IsFolder(files, folder)) continue;
+        const FsResult result = files.MakeFolder(folder);
+        // Somebody else may have made it in the meantime.
+        if (result != FsResult::Ok && !(result == FsResult::Exists && IsFolder(files, folder))) return result;
     }
-    const FsResult result = files.MakeFolder(folder);
-    // Somebody else may have made it in the meantime.
-    return result == FsResult::Exists && IsFolder(files, folder) ? FsResult::Ok : result;
+    return FsResult::Ok;
 }
 
 std::vector<FolderEntry> FindFiles(std::wstring_view folder, std::wstring_view pattern) {

@@ -214,7 +214,11 @@ public:
 
     FsResult Replace(std::wstring_view from, std::wstring_view to) override {
         const std::string source = NameOnDisk(from), target = NameOnDisk(to);
-        if (IsReadOnlyFile(target)) return FsResult::ReadOnly;
+        struct stat status;
+        if (stat(target.c_str(), &status) == 0) {
+            if (!S_ISREG(status.st_mode)) return FsResult::Denied;  // a device must stay one
+            if (HasReadOnlyMode(status)) return FsResult::ReadOnly;
+        }
         if (rename(source.c_str(), target.c_str()) == 0) return FsResult::Ok;
         // A file that is mounted by itself can be written but not replaced.
         return errno == EBUSY ? FsResult::Denied : FromErrno(errno);
@@ -253,9 +257,9 @@ public:
     FsResult SyncFolder(std::wstring_view folder) override {
         const std::string name = folder.empty() ? "." : NameOnDisk(folder);
         const int descriptor = Retry([&] { return open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
-        if (descriptor < 0) return FromErrno(errno);
-        PosixFile opened(descriptor);
-        return opened.Sync();
+        // One that takes new names but may not be looked into can't be flushed, and the rename in it stands.
+        if (descriptor < 0) return errno == EACCES ? FsResult::Ok : FromErrno(errno);
+        return PosixFile(descriptor).Sync();
     }
 
     std::optional<std::uint64_t> FreeSpace(std::wstring_view path) override {
@@ -284,7 +288,7 @@ public:
         std::string target = ReadLink(name);
         if (target.empty()) return ToNativePath(path);
         for (int i = 0; i < mostLinks && !target.empty(); ++i, target = ReadLink(name)) {
-            name = target.starts_with('/') ? target : FolderOnDisk(name) + target;
+            name = target.starts_with('/') ? target : FolderOnDisk(name).append(target);
         }
         return PathFromBytes(name);
     }

@@ -6,21 +6,27 @@
 
 namespace orv {
 
-wchar_t LowerChar(wchar_t c) {
+namespace {
+// Apart from the exported one, which the compiler may not put in line.
+inline wchar_t Lower(wchar_t c) {
     if (static_cast<char32_t>(c) < 0x80) return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + 32) : c;
     return static_cast<wchar_t>(utf8proc_tolower(c));
+}
+}  // namespace
+
+wchar_t LowerChar(wchar_t c) {
+    return Lower(c);
 }
 
 std::wstring ToLower(std::wstring_view text) {
     std::wstring out(text);
-    for (wchar_t& c : out) c = LowerChar(c);
+    for (wchar_t& c : out) c = Lower(c);
     return out;
 }
 
 bool EqualNoCase(std::wstring_view a, std::wstring_view b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](wchar_t x, wchar_t y) {
-               return x == y || LowerChar(x) == LowerChar(y);
-           });
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                              [](wchar_t x, wchar_t y) { return x == y || Lower(x) == Lower(y); });
 }
 
 bool EndsWithNoCase(std::wstring_view text, std::wstring_view tail) {

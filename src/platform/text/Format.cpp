@@ -59,7 +59,21 @@ std::optional<Conversion> ReadConversion(std::wstring_view pattern) {
     return conversion;
 }
 
-std::wstring Render(const Conversion& conversion, double value) {
+/// %#g keeps its trailing zeros, which makes it one of the other two; the formatting library has it a digit off.
+void ResolveAlternateGeneral(Conversion& conversion, double value) {
+    conversion.precision = std::max(1, conversion.precision) - 1;
+    conversion.type = L'e';
+    const std::string text = fmt::format("{:.{}e}", value, conversion.precision);
+    const std::size_t mark = text.find('e');
+    if (mark == std::string::npos) return;  // not finite
+    const int exponent = std::stoi(text.substr(mark + 1));
+    if (exponent < -4 || exponent > conversion.precision) return;
+    conversion.type = L'f';
+    conversion.precision -= exponent;
+}
+
+std::wstring Render(Conversion conversion, double value) {
+    if (conversion.alternate && conversion.type == L'g') ResolveAlternateGeneral(conversion, value);
     std::string field = "{:";
     if (conversion.left) field += '<';
     if (conversion.plus) field += '+';
