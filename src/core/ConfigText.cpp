@@ -288,7 +288,7 @@ bool ConfigText::Parse(std::shared_ptr<const std::string> bytes) {
     ConfigText fresh;
     fresh.nextStamp = nextStamp;  // cursors from before the read must find nothing of theirs
     const std::size_t cipher = FindEnciphered(all);
-    if (cipher != std::string_view::npos) {
+    if (cipher != std::string_view::npos && IsUtf8(all.substr(0, cipher))) {
         fresh.source = std::move(bytes);  // cipher text is no text: it stays as it is
     } else if (all.starts_with(kUtf16LeMark)) {
         fresh.encoding = textencoding::utf16le;
@@ -473,7 +473,7 @@ std::string ConfigText::Bytes(textencoding::type as) const {
                 // A file whose last line had no end gets one when something follows.
                 if (line.next != kNone && (line.size == 0 || (*source)[to - 1] != '\n') && line.kind != Kind::Opaque) {
                     flush();
-                    text += LineEnd();
+                    text += text.ends_with('\r') ? std::string_view("\n") : LineEnd();
                 }
                 continue;
             }
@@ -491,11 +491,12 @@ std::string ConfigText::Bytes(textencoding::type as) const {
             return std::string(kUtf16LeMark) + Utf8ToUtf16Le(text);
         case textencoding::windows1252:
             if (auto old = Utf8ToWindows1252(text)) return std::move(*old);
-            return text;
+            break;
         case textencoding::utf8:
             break;
     }
-    return text;
+    // A text that starts with the character of the mark needs the mark itself in front, or it would lose its own.
+    return text.starts_with(kUtf8Mark) ? std::string(kUtf8Mark) + text : text;
 }
 
 // ---- sections

@@ -118,9 +118,7 @@ bool GeoidModel_EGM2008::Calculate(double latitude, double longitude, double, do
     if (code != kGeoidOk && tile->values.empty()) {
         return Answer(tile->error.empty() ? GeoidReason::NoData : GeoidReason::NoFile);
     }
-    if (code != kGeoidOk) return Answer(code);
-    value = height / unitFactor;
-    return true;
+    return Deliver(code, height, value);
 }
 
 int GeoidModel_EGM2008::ReadFile(FileInfo& tile) const {

@@ -112,9 +112,7 @@ bool GeoidModel_Quasigeoid<KeyIndex>::Calculate(double latitude, double longitud
     double height = 0.0;
     if (interpolationMethod == 0) code = grid.Grid_interpolation_bilinear(longitude, latitude, height);
     if (interpolationMethod == 1) code = grid.Grid_interpolation_bicubic(longitude, latitude, height);
-    if (code != kGeoidOk) return Answer(code);
-    value = height / unitFactor;
-    return true;
+    return Deliver(code, height, value);
 }
 
 template <int KeyIndex>

@@ -1,5 +1,6 @@
 #include "core/ConfigKeys.h"
 #include "core/DataSearch.h"
+#include "platform/notify/Notices.h"
 #include "project/ProjectDefinition.h"
 #include "support/TestInstallation.h"
 #include "users/UserAccessLevelsFile.h"
@@ -7,48 +8,45 @@
 namespace orv {
 namespace {
 
+using Names = std::vector<std::wstring>;
+
 class DataSearchRights : public testing::Test {
 protected:
     DataSearchRights() {
         EXPECT_TRUE(installation.Start());
-        search.GetProjectDefinition().SetAppDefinition(L"navigate");
-        test::WriteItems(Path(), {{USERLEVELS_SECTION, USERLEVELS_KEY, L"Administrator; Surveyor ;Guest"},
-                                  {L"Surveyor", L"ID_OPEN", L"Open;10;1,1,0"},
-                                  {L"Surveyor", L"ID_SAVE", L"Save; 11 ;1, 0 ,0"},
-                                  {L"Surveyor", L"ID_THREE", L"Three parts;12"},
-                                  {L"Surveyor", L"ID_SHORT", L"Short list;13;0"},
-                                  {L"Surveyor", L"ID_EMPTY", L"No list;14;"},
-                                  {L"Surveyor", L"OP_GRID", L"Grid;15;1,1,0"},
-                                  {L"Surveyor", L"id_lower", L"Lower;16;0,0,0"},
-                                  {L"Plotter", L"ID_PLOT", L"Plot;20;1,1,0"}});
+        test::WriteItems(path, {{USERLEVELS_SECTION, USERLEVELS_KEY, L"Administrator; Surveyor ;Guest"},
+                                {L"Surveyor", L"ID_OPEN", L"Open;10;1,1,0"},
+                                {L"Surveyor", L"ID_SAVE", L"Save; 11 ;1, 0 ,0"},
+                                {L"Surveyor", L"ID_THREE", L"Three parts;12"},
+                                {L"Surveyor", L"ID_SHORT", L"Short list;13;0"},
+                                {L"Surveyor", L"ID_EMPTY", L"No list;14;"},
+                                {L"Surveyor", L"OP_GRID", L"Grid;15;1,1,0"},
+                                {L"Surveyor", L"id_lower", L"Lower;16;0,0,0"},
+                                {L"Plotter", L"ID_PLOT", L"Plot;20;1,1,0"}});
     }
-    std::wstring Path() const { return installation.SystemFolder() + L"navigate.ual"; }
-    void Login(const wchar_t* level) {
+    /// What a level may not use after it has logged in.
+    std::wstring Denied(const wchar_t* level, const wchar_t* definition = L"navigate") {
+        search.GetProjectDefinition().SetAppDefinition(definition);
         search.SetUserAccessLevel(level);
         search.LoadAllowedItems();
+        return Denied();
     }
     std::wstring Denied() {
         std::wstring ids;
         for (int id = 10; id < 17; ++id) ids += search.PermissionToUseItem(id) ? L"" : std::to_wstring(id) + L" ";
-        return ids;
+        return search.IsUalIniValid() ? ids : L"not valid " + ids;
     }
     test::TestInstallation installation;
     DataSearch& search = installation.Search();
+    const std::wstring path = installation.SystemFolder() + L"navigate.ual";
 };
 
 TEST_F(DataSearchRights, LevelsDenyItems) {
-    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
-        {L"Administrator", L"13 "},
-        {L"Surveyor", L"11 "},
-        {L"Guest", L"10 11 15 "},
-        {L"guest", L"13 "},  // unknown: the first level
-    };
-    for (const auto& [level, denied] : rows) {
-        Login(level);
-        EXPECT_TRUE(search.IsUalIniValid());
-        EXPECT_EQ(Denied(), denied) << level;
-    }
-    Login(L"Guest");
+    EXPECT_EQ(Denied(), L"not valid ") << "nothing loaded";
+    EXPECT_EQ(Denied(L"Administrator"), L"13 ");
+    EXPECT_EQ(Denied(L"Surveyor"), L"11 ") << "beyond the end of 13's list";
+    EXPECT_EQ(Denied(L"guest"), L"13 ") << "unknown: the first level";
+    EXPECT_EQ(Denied(L"Guest"), L"10 11 15 ");
     EXPECT_FALSE(search.PermissionToUseOption(15) || search.PermissionToUseItem(L"PLOTTER", 20));
     EXPECT_TRUE(search.PermissionToUseItem(L"Elsewhere", 10) && search.PermissionToUseItem(20));
     search.SetUserAccessLevel(L"Surveyor");
@@ -56,26 +54,25 @@ TEST_F(DataSearchRights, LevelsDenyItems) {
 }
 
 TEST_F(DataSearchRights, TheTwoLevelIndicesDiffer) {
-    EXPECT_EQ(search.GetLevelIndex(L"Guest"), 2);
-    EXPECT_EQ(search.GetLevelIndex(L"Nobody"), 0);
-    EXPECT_EQ(search.GetUserLevels(), (std::vector<std::wstring>{L"Administrator", L"Surveyor", L"Guest"}));
+    Denied(L"Guest");
+    EXPECT_TRUE(search.GetLevelIndex(L"Guest") == 2 && search.GetLevelIndex(L"Nobody") == 0);
+    EXPECT_EQ(search.GetUserLevels(), (Names{L"Administrator", L"Surveyor", L"Guest"}));
     UserAccessLevelsFile file;
     ASSERT_TRUE(file.ReadUserAccessLevelsFile() && file.ReadUserAccessLevelsFile());
-    EXPECT_EQ(file.UserAccessLevelIndex(L"Guest"), 2);
-    EXPECT_EQ(file.UserAccessLevelIndex(L"Nobody"), -1);
-    EXPECT_EQ(file.Applications(), (std::vector<std::wstring>{L"Surveyor", L"Plotter"}));
-    EXPECT_EQ(file.GetItems(L"plotter", L"ID"), std::vector<std::wstring>{L"ID_PLOT = Plot;20;1,1,0"});
+    EXPECT_TRUE(file.UserAccessLevelIndex(L"Guest") == 2 && file.UserAccessLevelIndex(L"Nobody") == -1);
+    EXPECT_EQ(file.Applications(), (Names{L"Surveyor", L"Plotter"}));
+    EXPECT_EQ(file.GetItems(L"plotter", L"ID"), Names{L"ID_PLOT = Plot;20;1,1,0"});
     EXPECT_TRUE(file.GetItems(L"plotter", L"id").empty() && file.GetItems(L"Checksum", L"").empty());
 }
 
 TEST_F(DataSearchRights, ItemsOfALevel) {
-    Login(L"Administrator");
+    Denied(L"Administrator");
     const struct {
         int level, value;
         const wchar_t* prefix;
         std::vector<int> ids;
-    } rows[] = {{0, 1, L"", {10, 11}}, {0, 0, L"", {13}}, {1, -1, L"ID", {10, 11}},  {2, 0, L"OP", {15}},
-                {3, -1, L"", {}},      {-1, -1, L"", {}}, {0, -1, L"", {10, 11, 13}}};
+    } rows[] = {{0, 1, L"", {10, 11}}, {0, 0, L"", {13}}, {0, -1, L"", {10, 11, 13}}, {1, -1, L"ID", {10, 11}},
+                {2, 0, L"OP", {15}},   {3, -1, L"", {}},  {-1, -1, L"", {}}};
     for (const auto& row : rows) {
         std::vector<int> ids{99};
         search.GetAllAppItems(row.level, row.value, row.prefix, ids);
@@ -84,33 +81,20 @@ TEST_F(DataSearchRights, ItemsOfALevel) {
 }
 
 TEST_F(DataSearchRights, WithoutAValidFileEverythingIsAllowed) {
-    EXPECT_TRUE(search.PermissionToUseItem(10)) << "nothing loaded";
-    Login(L"Guest");
-    EXPECT_FALSE(search.PermissionToUseItem(10));
-    // Copied under another name, edited, gone, and a project that names none.
-    search.GetProjectDefinition().SetAppDefinition(L"other");
-    test::WriteBytes(installation.SystemFolder() + L"other.ual", test::ReadBytes(Path()));
-    Login(L"Guest");
-    EXPECT_TRUE(search.PermissionToUseItem(10) && !search.IsUalIniValid());
-
-    search.GetProjectDefinition().SetAppDefinition(L"navigate");
-    const std::string good = test::ReadBytes(Path());
+    const NoticeRecorder notices;  // each refused file is reported
+    const std::string good = test::ReadBytes(path);
+    test::WriteBytes(installation.SystemFolder() + L"copy.ual", good);
+    for (const wchar_t* definition : {L"copy", L"missing", L""}) {
+        EXPECT_EQ(Denied(L"Guest", definition), L"not valid ") << definition;
+    }
     std::string edited = good;
     edited.replace(edited.find("10;1,1,0"), 8, "10;1,1,1");
-    test::WriteBytes(Path(), edited);
-    Login(L"Guest");
-    EXPECT_TRUE(search.PermissionToUseItem(11) && !search.IsUalIniValid());
-    EXPECT_EQ(test::ReadBytes(Path()), edited) << "never signed again";
+    test::WriteBytes(path, edited);
+    EXPECT_EQ(Denied(L"Guest"), L"not valid ");
+    EXPECT_EQ(test::ReadBytes(path), edited) << "never signed again";
     EXPECT_TRUE(search.GetUserLevels().empty());
-
-    test::WriteBytes(Path(), good);
-    Login(L"Guest");
-    EXPECT_FALSE(search.PermissionToUseItem(11));
-    for (const wchar_t* name : {L"missing", L""}) {
-        search.GetProjectDefinition().SetAppDefinition(name);
-        Login(L"Guest");
-        EXPECT_TRUE(search.PermissionToUseItem(11) && !search.IsUalIniValid()) << name;
-    }
+    test::WriteBytes(path, good);
+    EXPECT_EQ(Denied(L"Guest"), L"10 11 15 ");
 }
 
 TEST_F(DataSearchRights, RightsNarrowPermissions) {
@@ -120,13 +104,12 @@ TEST_F(DataSearchRights, RightsNarrowPermissions) {
     EXPECT_FALSE(search.UseUserAccessLevels());
     ASSERT_TRUE(installation.Start());
     EXPECT_TRUE(search.UseUserAccessLevels());
-    Login(L"Guest");
-    bool route = true, lines = true, free = false, plot = true, master = false;
-    EXPECT_TRUE(search.GetGuidancePermission(0, route) && search.GetGuidancePermission(1, lines, 10) &&
-                search.GetGuidancePermission(1, free));
-    EXPECT_TRUE(!route && !lines && free);
-    EXPECT_TRUE(search.GetExecutablePermission(L"PLOT", plot) && search.GetExecutablePermission(0, master, 20));
-    EXPECT_TRUE(!plot && master);
+    Denied(L"Guest");
+    bool a = true, b = true, c = false;
+    EXPECT_TRUE(search.GetGuidancePermission(0, a) && !a && search.GetGuidancePermission(1, b, 10) && !b);
+    EXPECT_TRUE(search.GetGuidancePermission(1, c) && c);
+    a = b = true;
+    EXPECT_TRUE(search.GetExecutablePermission(L"PLOT", a) && !a && search.GetExecutablePermission(0, b, 11) && !b);
     EXPECT_TRUE(search.GetGuidancePermission(20) && !search.GetGuidancePermission(10));
     for (const std::wstring_view key : guidanceKeys) installation.AppDef({{GUIDANCE_SECTION, key, L"0"}});
     ASSERT_TRUE(installation.Start());
@@ -137,8 +120,7 @@ TEST_F(DataSearchRights, RestoresTheBackup) {
     const std::wstring live = installation.SystemFolder() + L"UserAccessLevels.ini";
     test::WriteBytes(live, "spoilt");
     test::WriteBytes(installation.SystemFolder() + L"UserAccessLevels.bak", "good");
-    UserAccessLevelsFile file;
-    file.RestoreFromBackupFile();
+    UserAccessLevelsFile().RestoreFromBackupFile();
     EXPECT_EQ(test::ReadBytes(live), "good");
 }
 

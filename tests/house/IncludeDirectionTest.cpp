@@ -26,7 +26,6 @@ const std::set<std::pair<std::string, std::string>> kUpward = {
     {"core/DataSearch.cpp", "users"},         // owns the access levels
     {"core/DataSearchPaths.cpp", "project"},  // asks it for log folders
     {"core/DataSearchRights.cpp", "users"},   // asks the access levels
-    {"core/DataSearchLimits.cpp", "users"},   // merges rights into permissions
 };
 
 std::vector<std::string> IncludesOf(const fs::path& file) {

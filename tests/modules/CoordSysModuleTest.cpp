@@ -10,6 +10,7 @@
 #include "modules/ModuleFixture.h"
 #include "platform/text/NumberText.h"
 #include "platform/text/Utf.h"
+#include "platform/values/Angles.h"
 #include "project/ProjectDefinition.h"
 
 namespace orv::test {
@@ -40,93 +41,87 @@ struct PjDeleter {
 };
 using PjPtr = std::unique_ptr<PJ, PjDeleter>;
 
-/// One row of the shipped database, as the register has it.
-struct Registered {
-    std::wstring group, system;
-    std::string base, crs, shift;
-};
-
-std::wstring ShippedItem(const FileObject& file, const std::wstring& section, const wchar_t* key, int zone) {
-    std::wstring value;
-    if (!file.GetItem(section, key, value)) file.GetItem(section.substr(0, section.find(L'/')), key, value);
-    if (const std::size_t at = value.find(L"<zone:2>"); at != value.npos) {
-        value.replace(at, 8, (zone < 10 ? L"0" : L"") + IntText(zone));
-    }
-    return value;
-}
-
-std::vector<Registered> ShippedSystems(const std::wstring& path) {
-    FileObject file;
-    std::vector<Registered> systems;
-    FobjSection cursor;
-    std::wstring section;
-    if (!file.FileOpen(path, kOpenRead)) return systems;
-    for (bool more = file.GetFirstSectionEntry(cursor, section); more;
-         more = file.GetNextSectionEntry(cursor, section)) {
-        const std::size_t slash = section.find(L'/');
-        if (slash == section.npos) continue;
-        const COrvString zones(ShippedItem(file, section, L"Zones", 0), L'-', true);
-        int first = 0, last = 0;
-        zones.GetItem(0, first);
-        zones.GetItem(1, last);
-        for (int zone = first; zone <= last; ++zone) {
-            std::wstring system = section.substr(slash + 1);
-            if (const std::size_t at = system.find(L"<zone>"); at != system.npos) system.replace(at, 6, IntText(zone));
-            std::wstring crs = ShippedItem(file, section, L"Register", zone);
-            if (crs.empty()) crs = ShippedItem(file, section, L"Definition", zone);
-            systems.push_back({section.substr(0, slash), system, ToUtf8(ShippedItem(file, section, L"Base", zone)),
-                               ToUtf8(crs), ToUtf8(ShippedItem(file, section, L"RegisterShift", zone))});
-        }
-    }
-    return systems;
-}
-
-/// The register's own way to a grid: its datum shift, if one is named, then its projection.
-class RegisterWay {
+/// One row of the shipped database, and the register's own way to its grid: its datum shift, if one is named, then its
+/// projection.
+class Registered {
 public:
-    explicit RegisterWay(const Registered& row)
-        : crs(proj_create(PJ_DEFAULT_CTX, row.crs.c_str())),
-          source(row.shift.empty() ? PjPtr(proj_create(PJ_DEFAULT_CTX, row.base.c_str()))
-                                   : PjPtr(proj_crs_get_geodetic_crs(PJ_DEFAULT_CTX, crs.get()))) {
-        if (!row.shift.empty()) {
-            shift.reset(proj_create_from_database(PJ_DEFAULT_CTX, "EPSG", row.shift.c_str() + 5,
-                                                  PJ_CATEGORY_COORDINATE_OPERATION, 0, nullptr));
+    std::wstring group, system;
+    bool shifted = false;
+
+    Registered(const FileObject& file, const std::wstring& section, int zone)
+        : group(section.substr(0, section.find(L'/'))), system(section.substr(group.size() + 1)) {
+        const auto item = [&](const wchar_t* key) {
+            std::wstring value;
+            if (!file.GetItem(section, key, value)) file.GetItem(group, key, value);
+            if (const std::size_t at = value.find(L"<zone:2>"); at != value.npos) {
+                value.replace(at, 8, (zone < 10 ? L"0" : L"") + IntText(zone));
+            }
+            return ToUtf8(value);
+        };
+        if (const std::size_t at = system.find(L"<zone>"); at != system.npos) system.replace(at, 6, IntText(zone));
+        const std::string named = item(L"Register"), code = item(L"RegisterShift");
+        crs.reset(proj_create(nullptr, (named.empty() ? item(L"Definition") : named).c_str()));
+        PjPtr source(proj_create(nullptr, item(L"Base").c_str()));
+        if (!code.empty()) {
+            source.reset(proj_crs_get_geodetic_crs(nullptr, crs.get()));
+            shift.reset(proj_create_from_database(nullptr, "EPSG", code.c_str() + 5, PJ_CATEGORY_COORDINATE_OPERATION,
+                                                  0, nullptr));
+            shifted = true;
         }
-        const PjPtr way(proj_create_crs_to_crs_from_pj(PJ_DEFAULT_CTX, source.get(), crs.get(), nullptr, nullptr));
-        projection.reset(proj_normalize_for_visualization(PJ_DEFAULT_CTX, way.get()));
+        const PjPtr way(proj_create_crs_to_crs_from_pj(nullptr, source.get(), crs.get(), nullptr, nullptr));
+        projection.reset(proj_normalize_for_visualization(nullptr, way.get()));
     }
-    void Forward(double latitude, double longitude, double height, double& x, double& y) const {
+    PJ_COORD Forward(double latitude, double longitude, double height) const {
         PJ_COORD at = proj_coord(latitude, longitude, height, 0);  // a registered shift has latitude first
         if (shift) at = proj_trans(shift.get(), PJ_INV, at);
-        at = proj_trans(projection.get(), PJ_FWD, proj_coord(at.v[1], at.v[0], at.v[2], 0));
-        x = at.xy.x;
-        y = at.xy.y;
+        return proj_trans(projection.get(), PJ_FWD, proj_coord(at.v[1], at.v[0], at.v[2], 0));
     }
-    std::string Name() const { return proj_get_name(crs.get()); }
+    /// As systems are called here: "NAD83 / California zone 1 (ftUS)" is "NAD83 - California zone 1".
+    std::string Name() const {
+        std::string name = proj_get_name(crs.get());
+        if (const std::size_t at = name.find(" (ft"); at != name.npos) name.resize(at);
+        if (const std::size_t at = name.find(" / "); at != name.npos) name.replace(at, 3, " - ");
+        return name;
+    }
     double MetresPerUnit() const {
-        const PjPtr axes(proj_crs_get_coordinate_system(PJ_DEFAULT_CTX, crs.get()));
         double factor = 0.0;
-        proj_cs_get_axis_info(PJ_DEFAULT_CTX, axes.get(), 0, nullptr, nullptr, nullptr, &factor, nullptr, nullptr,
-                              nullptr);
+        const PjPtr axes(proj_crs_get_coordinate_system(nullptr, crs.get()));
+        proj_cs_get_axis_info(nullptr, axes.get(), 0, nullptr, nullptr, nullptr, &factor, nullptr, nullptr, nullptr);
         return factor;
     }
     /// Calls `visit(latitude, longitude)` over the area in which the system is used, its edges included.
     template <class Visit>
     void ForEachPosition(Visit visit) const {
         double west = 0, south = 0, east = 0, north = 0;
-        ASSERT_TRUE(proj_get_area_of_use(PJ_DEFAULT_CTX, crs.get(), &west, &south, &east, &north, nullptr));
+        ASSERT_TRUE(proj_get_area_of_use(nullptr, crs.get(), &west, &south, &east, &north, nullptr));
         if (east < west) east += 360.0;
-        for (double v = 0.0; v <= 1.0; v += 0.25) {
-            for (double u = 0.0; u <= 1.0; u += 0.25) {
-                const double longitude = west + u * (east - west);
-                visit(south + v * (north - south), longitude > 180.0 ? longitude - 360.0 : longitude);
-            }
+        for (int i = 0; i < 25; ++i) {
+            visit(south + i / 5 * 0.25 * (north - south), modgeo(west + i % 5 * 0.25 * (east - west)));
         }
     }
 
 private:
-    PjPtr crs, source, shift, projection;
+    PjPtr crs, shift, projection;
 };
+
+std::vector<Registered> ShippedSystems(const std::wstring& path) {
+    FileObject file;
+    std::vector<Registered> systems;
+    FobjSection cursor;
+    std::wstring section, zones;
+    if (!file.FileOpen(path, kOpenRead)) return systems;
+    for (bool more = file.GetFirstSectionEntry(cursor, section); more;
+         more = file.GetNextSectionEntry(cursor, section)) {
+        if (section.find(L'/') == section.npos) continue;
+        int first = 0, last = 0;
+        if (file.GetItem(section, L"Zones", zones)) {
+            COrvString(zones, L'-', true).GetItem(0, first);
+            COrvString(zones, L'-', true).GetItem(1, last);
+        }
+        for (int zone = first; zone <= last; ++zone) systems.emplace_back(file, section, zone);
+    }
+    return systems;
+}
 
 TEST_F(CoordSysModuleTest, EveryShippedSystemAgreesWithTheRegister) {
     const std::vector<Registered> rows = ShippedSystems(Shipped(L"CoordSystems.geo"));
@@ -143,23 +138,19 @@ TEST_F(CoordSysModuleTest, EveryShippedSystemAgreesWithTheRegister) {
         std::wstring text;
         system->ProjectionName(text);
         EXPECT_FALSE(text.empty());
-        const RegisterWay way(row);
         // A wrong code would agree with itself: systems that are called as in the register must be the one so called.
         if (row.group.find(L"UTM") != row.group.npos || row.group.find(L"Plane") != row.group.npos) {
-            std::string name = way.Name();
-            if (const std::size_t tail = name.find(" (ft"); tail != name.npos) name.resize(tail);
-            EXPECT_EQ(name.replace(name.find(" / "), 3, " - "), ToUtf8(row.system));
+            EXPECT_EQ(row.Name(), ToUtf8(row.system));
         }
         double factor = 0.0;
         system->Unit(factor, text);
-        EXPECT_NEAR(factor, way.MetresPerUnit(), 1e-14);
-        const double tolerance = (row.shift.empty() ? 1e-6 : 1e-3) / factor;
-        way.ForEachPosition([&](double latitude, double longitude) {
-            double x = 0, y = 0, wantX = 0, wantY = 0, backLatitude = 0, backLongitude = 0;
+        EXPECT_NEAR(factor, row.MetresPerUnit(), 1e-14);
+        const double tolerance = (row.shifted ? 1e-3 : 1e-6) / factor;
+        row.ForEachPosition([&](double latitude, double longitude) {
+            double x = 0, y = 0, backLatitude = 0, backLongitude = 0;
             ASSERT_TRUE(system->GeoToGrid(latitude, longitude, 47.0, x, y));
-            way.Forward(latitude, longitude, 47.0, wantX, wantY);
-            EXPECT_NEAR(x, wantX, tolerance);
-            EXPECT_NEAR(y, wantY, tolerance);
+            const PJ_COORD want = row.Forward(latitude, longitude, 47.0);
+            EXPECT_NEAR(std::hypot(x - want.xy.x, y - want.xy.y), 0.0, tolerance);
             ASSERT_TRUE(system->GridToGeo(x, y, 47.0, backLatitude, backLongitude));
             EXPECT_NEAR(backLatitude, latitude, 1e-9);
             EXPECT_NEAR(std::remainder(backLongitude - longitude, 360.0), 0.0, 1e-9);
@@ -169,48 +160,33 @@ TEST_F(CoordSysModuleTest, EveryShippedSystemAgreesWithTheRegister) {
 
 // ---- systems of an installation's own
 
-/// Degrees, minutes and seconds.
-double Dms(double degrees, double minutes, double seconds) {
-    return degrees + minutes / 60.0 + seconds / 3600.0;
-}
-
 TEST_F(CoordSysModuleTest, OwnSystemsGiveThePublishedPoints) {
     struct Point {
-        std::wstring name, definition, base;
+        std::wstring group, name;  // the definition itself in the group "Points"
         double latitude, longitude, height, x, y, tolerance;
     };
-    const std::wstring rd = L"shipped";
-    const Point points[] = {
-        {L"register's oblique stereographic example", L"EPSG:28992", L"EPSG:4289", 53, 6, 0, 196105.283, 557057.739,
-         0.001},
-        {L"national agency's example of the British grid", L"EPSG:27700", L"EPSG:4277", Dms(52, 39, 27.2531),
-         Dms(1, 43, 4.5177), 0, 651409.903, 313177.270, 0.001},
-        {L"Swedish agency's transverse Mercator example, an operation",
-         L"+proj=tmerc +lat_0=0 +lon_0=13.58547 +k=1.00000254 +x_0=84182.879 +y_0=-6226307.864 +ellps=GRS80", L"", 66,
-         24, 0, 555304.016555, 1135809.413803, 0.001},
-        {L"register's Lambert example in survey feet", L"EPSG:32040", L"EPSG:4267", 28.5, -96, 0, 2963503.91, 254759.80,
-         0.01},
-        {L"Dutch reference point on Texel", rd, L"", 53.160753042, 4.824761912, 42.8614, 117380.1200, 575040.3400,
-         0.25},
-        {L"Dutch reference point in the south", rd, L"", 50.792584916, 5.773795548, 245.9478, 182260.4500, 311480.6700,
-         0.25},
-        {L"Dutch reference point at Amersfoort", rd, L"", 52.155172897, 5.387203657, 43.2551, 155000.0, 463000.0, 0.25},
-    };
+    const std::wstring points = L"Points";
+    const Point rows[] = {
+        // The examples of the register and of the Swedish agency, and two reference points of the Dutch one.
+        {points, L"EPSG:28992", 53, 6, 0, 196105.283, 557057.739, 0.001},
+        {points, L"EPSG:32040", 28.5, -96, 0, 2963503.91, 254759.80, 0.01},
+        {points, L"+proj=tmerc +lon_0=13.58547 +k=1.00000254 +x_0=84182.879 +y_0=-6226307.864 +ellps=GRS80", 66, 24, 0,
+         555304.0166, 1135809.4138, 0.001},
+        {kDutch, kRd, 53.160753042, 4.824761912, 42.8614, 117380.12, 575040.34, 0.25},
+        {kDutch, kRd, 50.792584916, 5.773795548, 245.9478, 182260.45, 311480.67, 0.25}};
     FileObject own;
-    for (const Point& point : points) {
-        const std::wstring section = L"Points/" + point.name;
-        own.SetItem(section, L"Definition", point.definition, true);
-        if (!point.base.empty()) own.SetItem(section, L"Base", point.base, true);
+    for (const Point& row : rows) {
+        if (row.group == points) own.SetItem(points + L"/" + row.name, L"Definition", row.name, true);
     }
+    own.SetItem(L"Points/EPSG:28992", L"Base", L"EPSG:4289", true);
+    own.SetItem(L"Points/EPSG:32040", L"Base", L"EPSG:4267", true);
     ASSERT_TRUE(own.FileSave(OwnDatabase(), kSave));
-    for (const Point& point : points) {
-        SCOPED_TRACE(ToUtf8(point.name));
-        const CoordSys system = point.definition == rd ? Make(kDutch, kRd) : Make(L"Points", point.name);
-        ASSERT_TRUE(system);
+    for (const Point& row : rows) {
+        const CoordSys system = Make(row.group, row.name);
         double x = 0, y = 0;
-        ASSERT_TRUE(system->GeoToGrid(point.latitude, point.longitude, point.height, x, y));
-        EXPECT_NEAR(x, point.x, point.tolerance);
-        EXPECT_NEAR(y, point.y, point.tolerance);
+        ASSERT_TRUE(system && system->GeoToGrid(row.latitude, row.longitude, row.height, x, y)) << ToUtf8(row.name);
+        EXPECT_NEAR(x, row.x, row.tolerance) << ToUtf8(row.name);
+        EXPECT_NEAR(y, row.y, row.tolerance) << ToUtf8(row.name);
     }
 }
 
@@ -246,35 +222,21 @@ TEST_F(CoordSysModuleTest, OwnItemsLieOverTheShippedOnes) {
 }
 
 TEST_F(CoordSysModuleTest, UnitsAreFoundByName) {
-    struct Row {
-        std::wstring name, text, mnemonic;
-        double factor;  // 0 for an unknown one
-    };
-    const Row rows[] = {{L"Meters", L"Meters", L"m", 1.0},
-                        {L" international feet ", L"International Feet", L"ft", 0.3048},
-                        {L"U.S. Survey Feet", L"U.S. Survey Feet", L"ft", 1200.0 / 3937.0},
-                        {L"Feet", L"kept", L"kept", 0.0},
-                        {L"", L"kept", L"kept", 0.0}};
     const auto database = Database();
-    for (const Row& row : rows) {
-        std::wstring text = L"kept", mnemonic = L"kept";
-        double factor = 0.0;
-        int number = 7;
-        EXPECT_EQ(database->UnitDefinition(row.name, text, mnemonic, factor, number), row.factor != 0.0);
-        EXPECT_EQ(text, row.text);
-        EXPECT_EQ(mnemonic, row.mnemonic);
-        EXPECT_EQ(factor, row.factor);
-        EXPECT_EQ(number, row.factor != 0.0 ? 0 : 7);
-    }
-    EXPECT_EQ(database->UnitOfSystem(L"US State Plane - survey feet", L"NAD83 - Texas South"), L"U.S. Survey Feet");
+    std::wstring text, mnemonic;
+    double factor = 5.0;
+    int number = 7;
+    EXPECT_FALSE(database->UnitDefinition(L"Feet", text, mnemonic, factor, number));
+    EXPECT_TRUE(text.empty() && mnemonic.empty() && factor == 5.0 && number == 7);
+    EXPECT_TRUE(database->UnitDefinition(L" u.s. survey FEET ", text, mnemonic, factor, number));
+    EXPECT_TRUE(text == UNIT_US_SURVEY_FEET && mnemonic == L"ft" && factor == 1200.0 / 3937.0 && number == 0);
+    EXPECT_EQ(database->UnitOfSystem(L"US State Plane - survey feet", L"NAD83 - Texas South"), UNIT_US_SURVEY_FEET);
     EXPECT_EQ(database->UnitOfSystem(L"US State Plane - survey feet", L"NAD83 - Texas"), L"");
 }
 
 TEST_F(CoordSysModuleTest, AnUnknownSystemFailsAndStaysQueryable) {
     ProjectDefinition project;
-    CoordSysNames names;
-    names.group = L"Mercator";
-    names.system = L"WGS84";
+    const CoordSysNames names = Names(L"Mercator", L"WGS84");
     const CoordSys system = Make();
     EXPECT_FALSE(system->Load(names, project, L"none", false));
     std::wstring text;
@@ -351,9 +313,7 @@ TEST_F(CoordSysModuleTest, HeightsComeFromTheModelInUnitsOfTheSystem) {
     WriteBytes(OwnDatabase(), "[Mine/Feet]\r\nDefinition=EPSG:3395\r\nUnit=International Feet\r\n");
     general = folder / L"General";
     SetUp();
-    CoordSysNames names;
-    names.group = L"Mine";
-    names.system = L"Feet";
+    CoordSysNames names = Names(L"Mine", L"Feet");
     names.geoidModelName = GeoidmodelTypeKeys[28];
     names.geoidModelFile = L"tiny.gtx";
     names.postModelName = L"None";  // how a project writes that it has none
@@ -375,24 +335,18 @@ TEST_F(CoordSysModuleTest, HeightsComeFromTheModelInUnitsOfTheSystem) {
     EXPECT_FALSE(system->HeightSeparation(10, 4, value, reason));
     EXPECT_NE(reason.find(GeoidReasonText(GeoidReason::Outside)), reason.npos) << ToUtf8(reason);
 
-    struct Row {
-        std::wstring model;
-        bool ok;
-        const wchar_t* word;
-    };
-    const Row rows[] = {{L"", true, L""},
-                        {std::wstring(GeoidmodelTypeKeys[17]), true, L""},
-                        {std::wstring(GeoidmodelTypeKeys[0]), false, L"receiver"},
-                        {std::wstring(GeoidmodelTypeKeys[3]), false, L"GeoidModelReserved3"},
-                        {L"GeoidModelTypo", false, L"GeoidModelTypo"}};
-    for (const Row& row : rows) {
-        names.geoidModelName = row.model;
-        names.geoidModelFile.clear();
+    const std::pair<std::wstring_view, const wchar_t*> rows[] = {{L"", nullptr},
+                                                                 {GeoidmodelTypeKeys[17], nullptr},
+                                                                 {GeoidmodelTypeKeys[0], L"receiver"},
+                                                                 {GeoidmodelTypeKeys[3], L"GeoidModelReserved3"},
+                                                                 {L"GeoidModelTypo", L"GeoidModelTypo"}};
+    for (const auto& [model, word] : rows) {
+        names.geoidModelName = model;
         value = 5.0;
         ASSERT_TRUE(system->Configure(names, L"", L"none"));
-        EXPECT_EQ(system->HeightSeparation(52, 4, value, reason), row.ok) << ToUtf8(row.model);
-        EXPECT_EQ(value, row.ok ? 0.0 : 5.0);
-        EXPECT_NE(reason.find(row.word), reason.npos) << ToUtf8(reason);
+        EXPECT_EQ(system->HeightSeparation(52, 4, value, reason), word == nullptr) << ToUtf8(model);
+        EXPECT_EQ(value, word ? 5.0 : 0.0);
+        EXPECT_NE(reason.find(word ? word : L""), reason.npos) << ToUtf8(reason);
     }
 }
 
@@ -411,9 +365,7 @@ public:
 TEST_F(CoordSysModuleTest, AGridShiftAppliesBothWays) {
     const unsigned short type = 25;
     GeoidModelList::GetGeoidModelList().RegisterGeoidModel(L"shift", type, new GeoidModelCreator<ShiftModel>);
-    CoordSysNames names;
-    names.group = L"Mercator";
-    names.system = L"WGS 84 - Mercator";
+    CoordSysNames names = Names(L"Mercator", L"WGS 84 - Mercator");
     const CoordSys plain = Make(names.group, names.system), system = Make();
     names.postModelName = GeoidmodelTypeKeys[type];
     ASSERT_TRUE(system->Configure(names, L"", L"none"));
@@ -435,9 +387,7 @@ TEST_F(CoordSysModuleTest, AGridShiftAppliesBothWays) {
 TEST_F(CoordSysModuleTest, LoadTakesTheProjectsModelsOrTheRegisteredOnes) {
     RegisterGeoidModels();
     ProjectDefinition project;
-    CoordSysNames names;
-    names.group = kDutch;
-    names.system = kRd;
+    CoordSysNames names = Names(kDutch, kRd);
     const auto modelOf = [&](OrvGeoCoordSysBase& system) {
         std::wstring model, file;
         EXPECT_TRUE(system.SaveToProject(project));
@@ -482,9 +432,7 @@ TEST_F(CoordSysModuleTest, OldProjectsAreConvertedByName) {
         SCOPED_TRACE(ToUtf8(row.group + L"/" + row.system));
         ProjectDefinition project;
         if (row.oldMode) project.SetItem(COORDSYSTEM_SECTION, OLD_GEOID_MODE, L"1", true);
-        CoordSysNames names;
-        names.group = row.group;
-        names.system = row.system;
+        CoordSysNames names = Names(row.group, row.system);
         const CoordSys system = Make();
         EXPECT_EQ(system->Database()->ConvertOldLayout(project, names.group, names.system), row.converted);
         EXPECT_EQ(names.group, row.newGroup);
@@ -501,25 +449,21 @@ TEST_F(CoordSysModuleTest, OldProjectsAreConvertedByName) {
 }
 
 TEST_F(CoordSysModuleTest, ThreadsComputeTheSameAtOnce) {
-    const auto sum = [](OrvGeoCoordSysBase& system, double latitude) {
-        double total = 0.0, x = 0, y = 0, lat = 0, lon = 0;
-        for (int i = 0; i < 2000; ++i) {
-            if (!system.GeoToGrid(latitude, 4.0 + i * 1e-4, 0, x, y) || !system.GridToGeo(x, y, 0, lat, lon))
-                return 0.0;
-            total += x + y + lat + lon;
+    const CoordSys utm = Make(L"WGS 84 UTM North", L"WGS 84 - UTM zone 31N"), rd = Make(kDutch, kRd);
+    const auto sum = [&] {
+        double total = 0.0, x = 0, y = 0, latitude = 0, longitude = 0;
+        for (int i = 0; i < 4000; ++i) {
+            OrvGeoCoordSysBase& system = i % 2 ? *utm : *rd;
+            EXPECT_TRUE(system.GeoToGrid(52.0, 4.0 + i * 1e-4, 0, x, y));
+            EXPECT_TRUE(system.GridToGeo(x, y, 0, latitude, longitude));
+            total += x + y + latitude + longitude;
         }
         return total;
     };
-    const CoordSys utm = Make(L"WGS 84 UTM North", L"WGS 84 - UTM zone 31N"), rd = Make(kDutch, kRd);
-    const double wantUtm = sum(*utm, 52.0), wantRd = sum(*rd, 52.0);
-    double gotUtm[3] = {}, gotRd[3] = {};
+    const double want = sum();
+    double got[3] = {};
     std::vector<std::thread> threads;
-    for (int i = 0; i < 3; ++i) {
-        threads.emplace_back([&, i] {
-            gotUtm[i] = sum(*utm, 52.0);
-            gotRd[i] = sum(*rd, 52.0);
-        });
-    }
+    for (double& each : got) threads.emplace_back([&] { each = sum(); });
     // A system made where another has just died must not be taken for it.
     for (int zone = 30; zone < 33; ++zone) {
         double x = 0, y = 0;
@@ -528,10 +472,7 @@ TEST_F(CoordSysModuleTest, ThreadsComputeTheSameAtOnce) {
         EXPECT_NEAR(x, 500000.0, 1e-6);
     }
     for (std::thread& thread : threads) thread.join();
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(gotUtm[i], wantUtm);
-        EXPECT_EQ(gotRd[i], wantRd);
-    }
+    for (const double each : got) EXPECT_EQ(each, want);
 }
 
 }  // namespace

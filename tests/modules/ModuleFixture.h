@@ -35,13 +35,16 @@ protected:
     static std::unique_ptr<OrvGeoCoordSysBase> Make() {
         return OrvGeoCoordSysList::GetCoordSysList().Create(L"ORVCoordSys");
     }
-    /// Null if the system can't be had.
-    static std::unique_ptr<OrvGeoCoordSysBase> Make(const std::wstring& group, const std::wstring& system) {
-        auto made = Make();
+    static CoordSysNames Names(const std::wstring& group, const std::wstring& system) {
         CoordSysNames names;
         names.group = group;
         names.system = system;
-        return made->Configure(names, L"", L"none") ? std::move(made) : nullptr;
+        return names;
+    }
+    /// Null if the system can't be had.
+    static std::unique_ptr<OrvGeoCoordSysBase> Make(const std::wstring& group, const std::wstring& system) {
+        auto made = Make();
+        return made->Configure(Names(group, system), L"", L"none") ? std::move(made) : nullptr;
     }
     static std::unique_ptr<OrvGeoDatabaseBase> Database() {
         return OrvGeoDatabaseBaseList::GetGeoDatabaseList().Create(L"ORVCoordSys");

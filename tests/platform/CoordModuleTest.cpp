@@ -3,8 +3,7 @@
 #include "platform/text/Utf.h"
 #include "support/TestSupport.h"
 
-namespace orv {
-namespace {
+namespace orv::test {
 
 class CoordModuleTest : public testing::Test {
 protected:
@@ -21,15 +20,13 @@ TEST_F(CoordModuleTest, LoadsOnceAndRegisters) {
     EXPECT_EQ(list.Create(L"TestModule"), nullptr);
     EXPECT_TRUE(loader.LoadDLL(L"testmodule", nullptr)) << ToUtf8(loader.LastError());
     EXPECT_TRUE(list.Has(L"TESTMODULE"));
-    EXPECT_EQ(loader.LastError(), L"");
-    EXPECT_TRUE(OrvGeoDatabaseBaseList::GetGeoDatabaseList().Create(L"TestModule") == nullptr) << "registers none";
     loader.SetSearchFolder(L"/nowhere");
     EXPECT_TRUE(loader.LoadDLL(L"TestModule", nullptr)) << "is loaded already";
 }
 
 TEST_F(CoordModuleTest, TellsWhyItFailed) {
-    const test::TempFolder folder;
-    test::WriteBytes(folder / L"Broken.so", "no library");
+    const TempFolder folder;
+    WriteBytes(folder / L"Broken.so", "no library");
     loader.SetSearchFolder(folder.Path());
     for (const wchar_t* const key : {L"Broken", L"Missing"}) {
         EXPECT_FALSE(loader.LoadDLL(key, nullptr));
@@ -43,5 +40,4 @@ TEST_F(CoordModuleTest, TellsWhyItFailed) {
     EXPECT_TRUE(loader.SearchFolders()[1].ends_with(L"/orv/modules/"));
 }
 
-}  // namespace
-}  // namespace orv
+}  // namespace orv::test

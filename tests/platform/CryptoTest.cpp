@@ -2,8 +2,9 @@
 #include "platform/crypto/Sha256.h"
 #include "support/TestSupport.h"
 
-namespace orv {
-namespace {
+#include <tuple>
+
+namespace orv::test {
 
 std::string Hex(std::string_view digits) {
     std::string bytes;
@@ -15,32 +16,29 @@ std::string Hex(std::string_view digits) {
 
 // From the set of vectors that Eric Young published for the cipher.
 TEST(Blowfish, PublishedVectors) {
-    const struct {
-        const char *key, *plain, *cipher;
-    } rows[] = {{"0000000000000000", "0000000000000000", "4EF997456198DD78"},
-                {"FFFFFFFFFFFFFFFF", "FFFFFFFFFFFFFFFF", "51866FD5B85ECB8A"},
-                {"3000000000000000", "1000000000000001", "7D856F9A613063F2"},
-                {"0123456789ABCDEF", "1111111111111111", "61F9C3802281B096"},
-                {"FEDCBA9876543210", "0123456789ABCDEF", "0ACEAB0FC6A0A28D"},
-                {"F0E1D2C3B4A596", "FEDCBA9876543210", "8BB77032F960629D"}};
-    for (const auto& row : rows) {
-        std::string bytes = Hex(row.plain);
-        bytes += bytes;  // each block by itself
-        EXPECT_TRUE(BlowfishEncipher(bytes, Hex(row.key)));
-        EXPECT_EQ(bytes, Hex(row.cipher) + Hex(row.cipher)) << row.key;
-        EXPECT_TRUE(BlowfishDecipher(bytes, Hex(row.key)));
-        EXPECT_EQ(bytes, Hex(row.plain) + Hex(row.plain)) << row.key;
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        {"0000000000000000", "0000000000000000", "4EF997456198DD78"},
+        {"FFFFFFFFFFFFFFFF", "FFFFFFFFFFFFFFFF", "51866FD5B85ECB8A"},
+        {"3000000000000000", "1000000000000001", "7D856F9A613063F2"},
+        {"0123456789ABCDEF", "1111111111111111", "61F9C3802281B096"},
+        {"FEDCBA9876543210", "0123456789ABCDEF", "0ACEAB0FC6A0A28D"},
+        {"F0E1D2C3B4A596", "FEDCBA9876543210", "8BB77032F960629D"}};
+    for (const auto& [key, plain, cipher] : rows) {
+        std::string bytes = Hex(plain) + Hex(plain);  // each block by itself
+        EXPECT_TRUE(BlowfishEncipher(bytes, Hex(key)));
+        EXPECT_EQ(bytes, Hex(cipher) + Hex(cipher)) << key;
+        EXPECT_TRUE(BlowfishDecipher(bytes, Hex(key)));
+        EXPECT_EQ(bytes, Hex(plain) + Hex(plain)) << key;
     }
 }
 
 TEST(Blowfish, RefusesOddSizes) {
-    std::string bytes = "12345678", odd = "1234567", none;
+    std::string bytes = "12345678", odd = "1234567";
     EXPECT_FALSE(BlowfishEncipher(odd, "key"));
     EXPECT_EQ(odd, "1234567");
     EXPECT_FALSE(BlowfishDecipher(bytes, ""));
     EXPECT_FALSE(BlowfishEncipher(bytes, std::string(57, 'k')));
     EXPECT_TRUE(BlowfishEncipher(bytes, std::string(56, 'k')));
-    EXPECT_TRUE(BlowfishEncipher(none, "key"));
 }
 
 TEST(Sha256, PublishedVectors) {
@@ -49,5 +47,4 @@ TEST(Sha256, PublishedVectors) {
     EXPECT_EQ(Sha256Hex(std::string(1000000, 'a')), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
 }
 
-}  // namespace
-}  // namespace orv
+}  // namespace orv::test

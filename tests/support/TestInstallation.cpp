@@ -24,43 +24,15 @@ void Put(FileObject& file, std::wstring_view section, std::wstring_view key, std
     Must(file.SetItem(section, key, value, true), "can't set an item");
 }
 
-/// A default unit and metres (or what the kind counts in) per unit, in the order of the unit kinds.
-struct UnitRow {
-    std::wstring_view name, definition;
-};
-constexpr UnitRow kUnits[kUnitKinds] = {
-    {L"None", L"1,,,0"},
-    {L"Meters", L"1,m,,0"},
-    {L"Knots", L"0.514444444444444,kn,,0"},
-    {L"Meters", L"1,m,,0"},
-    {L"Meters", L"1,m,,0"},
-    {L"Cubic Meters", L"1,m3,,0"},
-    {L"Tonnes/m3", L"1000,t/m3,,0"},
-    {L"Meters/second", L"1,m/s,,0"},
-    {L"Cubic Meters/hour", L"0.000277777777777778,m3/h,,0"},
-    {L"Meters", L"1,m,,0"},
-    {L"Bar", L"100000,bar,,0"},
-    {L"Kilowatts", L"1000,kW,,0"},
-    {L"Revolutions/minute", L"0.0166666666666667,rpm,,0"},
-    {L"Tonnes", L"1000,t,,0"},
-    {L"Degrees", L"1,deg,,0"},
-    {L"Degrees", L"1,deg,,0"},
-    {L"Meters/second2", L"1,m/s2,,0"},
-    {L"Degrees/second", L"1,deg/s,,0"},
-    {L"Cubic Meters/second", L"1,m3/s,,0"},
-    {L"Degrees", L"1,deg,,0"},
-    {L"Square Meters", L"1,m2,,0"},
-    {L"Celsius", L"1,C,,0"},
-    {L"Millimeters", L"0.001,mm,,0"},
-    {L"Kilonewtons", L"1000,kN,,0"},
-    {L"Kilometers", L"1000,km,Station,0"},
-    {L"Liters/hour", L"0.000000277777777777778,l/h,,0"},
-    {L"Liters", L"0.001,l,,0"},
-    {L"Meters/second", L"1,m/s,,0"},
-};
-// Besides meters, in the kinds whose default they are.
-constexpr UnitRow kFeet[] = {{UNIT_INTERNATIONAL_FEET, L"0.3048,ft,,0"},
-                             {UNIT_US_SURVEY_FEET, L"0.304800609601219,ft,,0"}};
+/// Default units in the order of the unit kinds. All but the lengths count in themselves and are known by their name.
+const wchar_t* const kDefaultUnits =
+    L"None,Meters,Knots,Meters,Meters,Cubic Meters,Tonnes/m3,Meters/second,Cubic Meters/hour,Meters,Bar,Kilowatts,"
+    L"Revolutions/minute,Tonnes,Degrees,Degrees,Meters/second2,Degrees/second,Cubic Meters/second,Degrees,"
+    L"Square Meters,Celsius,Millimeters,Kilonewtons,Kilometers,Liters/hour,Liters,Meters/second";
+constexpr std::pair<std::wstring_view, std::wstring_view> kLengths[] = {
+    {UNIT_METERS, L"1,m,,0"},
+    {UNIT_INTERNATIONAL_FEET, L"0.3048,ft,,0"},
+    {UNIT_US_SURVEY_FEET, L"0.304800609601219,ft,,0"}};
 
 }  // namespace
 
@@ -133,12 +105,14 @@ void TestInstallation::WriteFileTypes() const {
 void TestInstallation::WriteUnits() const {
     FileObject file;
     Must(file.FileOpen(GeneralFolder() + L"Units.uni", kOpenCreateRead), "no units");
-    for (std::size_t kind = 0; kind < kUnitKinds; ++kind) {
-        const std::wstring_view kindName = UnitKindNames()[kind];
-        Put(file, UNITS_DEFAULT_SECTION, kindName, kUnits[kind].name);
-        Put(file, kindName, kUnits[kind].name, kUnits[kind].definition);
-        if (kUnits[kind].name != UNIT_METERS) continue;
-        for (const UnitRow& feet : kFeet) Put(file, kindName, feet.name, feet.definition);
+    const COrvString names(kDefaultUnits, L',', true);
+    for (int kind = 0; kind < kUnitKinds; ++kind) {
+        const std::wstring_view kindName = UnitKindNames()[static_cast<std::size_t>(kind)];
+        const std::wstring& name = names[kind];
+        Put(file, UNITS_DEFAULT_SECTION, kindName, name);
+        Put(file, kindName, name, L"1," + name + L",,0");
+        if (name != UNIT_METERS) continue;
+        for (const auto& [length, unit] : kLengths) Put(file, kindName, length, unit);
     }
     Must(file.FileSave(L"", kSave), "can't save the units");
 }

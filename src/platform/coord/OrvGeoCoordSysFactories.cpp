@@ -81,9 +81,10 @@ bool OrvGeoCoordSysLoader::LoadDLL(const std::wstring& key, OrvGeoCoordSysBase* 
             errors += L"no " + path;
             continue;
         }
-        const std::wstring reason = LoadModule(Files().RealPath(path));
+        std::wstring reason = LoadModule(Files().RealPath(path));
         if (list.Has(key)) return true;
-        errors += reason.empty() ? path + L" doesn't register " + key : reason;
+        if (reason.empty()) reason.append(path).append(L" doesn't register ").append(key);
+        errors += reason;
     }
     lastError = errors;
     return false;

@@ -48,7 +48,7 @@ std::string FolderOnDisk(const std::string& name) {
 
 std::string NameOnDisk(std::wstring_view path, LastName last) {
     if (path.find(L'\0') != std::wstring_view::npos) return {};
-    const std::string name = PathToBytes(path);
+    std::string name = PathToBytes(path);
     if (MayExist(name)) return name;
     std::string found;
     std::size_t at = 0;

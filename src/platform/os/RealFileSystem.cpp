@@ -288,7 +288,7 @@ public:
         std::string target = ReadLink(name);
         if (target.empty()) return ToNativePath(path);
         for (int i = 0; i < mostLinks && !target.empty(); ++i, target = ReadLink(name)) {
-            name = target.starts_with('/') ? target : FolderOnDisk(name) + target;
+            name = target.starts_with('/') ? target : FolderOnDisk(name).append(target);
         }
         return PathFromBytes(name);
     }
