@@ -30,10 +30,11 @@ struct InfoArguments {
 
 Cell GridsCell(unsigned short typeId, const std::wstring& folder) {
     if (folder.empty()) return Cell::Missing("needs none");
-    const std::vector<std::wstring> names = GeoidGridNames(typeId);
-    if (names.empty()) return Cell::Missing("none in its folder");
+    const std::optional<std::vector<std::wstring>> names = GeoidGridNames(typeId);
+    if (!names) return Cell::Missing("of any name; projects tell which");
+    if (names->empty()) return Cell::Missing("none in its folder");
     Cell cell{{}, Json::array(), {}};
-    for (const std::wstring& name : names) {
+    for (const std::wstring& name : *names) {
         if (!cell.text.empty()) cell.text += ", ";
         cell.text += PathToBytes(name);
         cell.value.push_back(ToUtf8(name));

@@ -1,6 +1,8 @@
 #include "GeoidChoice.h"
 
+#include <algorithm>
 #include <initializer_list>
+#include <iterator>
 #include <limits>
 
 #include "Session.h"
@@ -128,15 +130,15 @@ std::wstring GeoidModelFolder(unsigned short typeId) {
     return GetFolderFromPath(model->DataFile());
 }
 
-std::vector<std::wstring> GeoidGridNames(unsigned short typeId) {
+std::optional<std::vector<std::wstring>> GeoidGridNames(unsigned short typeId) {
+    const auto* const files = std::find_if(std::begin(kModelFiles), std::end(kModelFiles),
+                                           [&](const ModelFiles& model) { return model.typeId == typeId; });
+    if (files == std::end(kModelFiles)) return std::nullopt;
     std::vector<std::wstring> names;
     const std::wstring folder = GeoidModelFolder(typeId);
-    for (const ModelFiles& model : kModelFiles) {
-        if (model.typeId != typeId || folder.empty()) continue;
-        for (const std::wstring_view pattern : model.patterns) {
-            for (const FolderEntry& entry : FindFiles(folder, pattern)) {
-                if (!entry.isFolder) names.push_back(entry.name);
-            }
+    for (const std::wstring_view pattern : files->patterns) {
+        for (const FolderEntry& entry : FindFiles(folder, pattern)) {
+            if (!entry.isFolder) names.push_back(entry.name);
         }
     }
     return names;

@@ -212,6 +212,20 @@ TEST_F(OrvcfgTest, PathsTellEveryLocation) {
     EXPECT_EQ(paths[13]["folder"], nullptr);
 }
 
+// The folder of all projects is no project's.
+TEST_F(OrvcfgTest, WithoutAProjectItsFoldersAreMissing) {
+    Install();
+    const nlohmann::json paths = OnInstallation({"paths", "--json"}).Json();
+    for (const int location : {2, 3, 12, 23}) {
+        const auto& row = paths[static_cast<std::size_t>(location)];
+        EXPECT_EQ(row["folder"], nullptr) << row;
+        EXPECT_NE(row["reason"].get<std::string>().find("--project"), std::string::npos) << row;
+    }
+    EXPECT_TRUE(paths[4]["folder"].is_string());
+    EXPECT_EQ(OnInstallation({"files", "VesselConfig"}).code, 1);
+    EXPECT_EQ(OnInstallation({"files", "Units"}).code, 0);
+}
+
 TEST_F(OrvcfgTest, TypesByKeyIdAndExtension) {
     Install();
     const auto keys = [&](const std::string& which) {
