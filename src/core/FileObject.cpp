@@ -93,8 +93,8 @@ FileObject::FileObject(const FileObject& other)
       content(std::make_unique<ConfigText>(*other.content)),
       fileName(other.fileName),
       fileTitle(other.fileTitle),
-      errorStatus(other.errorStatus),
-      lastResult(other.lastResult),
+      errorStatus(other.errorStatus.load()),
+      lastResult(other.lastResult.load()),
       initialised(other.initialised),
       throwing(other.throwing),
       readStatus(other.readStatus),
@@ -115,8 +115,8 @@ FileObject& FileObject::operator=(FileObject&& other) noexcept {
     errorText = std::move(other.errorText);
     fileName = std::move(other.fileName);
     fileTitle = std::move(other.fileTitle);
-    errorStatus = other.errorStatus;
-    lastResult = other.lastResult;
+    errorStatus = other.errorStatus.load();
+    lastResult = other.lastResult.load();
     initialised = other.initialised;
     throwing = other.throwing;
     readStatus = other.readStatus;

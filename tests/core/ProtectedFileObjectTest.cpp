@@ -54,7 +54,8 @@ TEST_F(ProtectedFile, SignatureIsThatOfAllInstallations) {
     EXPECT_EQ(ReadBytes(path).substr(kContent.size()),
               "\r\n[Checksum]\r\n"
               "ContentHash="
-              "69d578c97309cbab99d42f2fac379e772d19355ff381650ee572c533ea8419b10c04d637e857ef7455b33096cc54bf8e703457f7b3752d722a552a05e9e8bf9a\r\n");
+              "69d578c97309cbab99d42f2fac379e772d19355ff381650ee572c533ea8419b10c04d637e857ef7455b33096cc54bf8e703457f7"
+              "b3752d722a552a05e9e8bf9a\r\n");
     EXPECT_EQ(CalcCheckSum(L"\x1F6A2 Job", SumMode::Xor), CalcCheckSum("\xF0\x9F\x9A\xA2 Job", SumMode::Xor));
     EXPECT_EQ(
         CalcCheckSum(std::wstring(65, L'a') + L"b", SumMode::Xor) - CalcCheckSum(std::wstring(65, L'a'), SumMode::Xor),
