@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "Commands.h"
 #include "Document.h"
 #include "GeoidChoice.h"
@@ -9,7 +7,6 @@
 #include "geoid/GridReader.h"
 #include "platform/crypto/Sha256.h"
 #include "platform/os/FileTools.h"
-#include "platform/text/CaseFold.h"
 #include "platform/text/PathText.h"
 #include "platform/text/Utf.h"
 
@@ -31,30 +28,13 @@ struct InfoArguments {
 
 // ---- list
 
-/// Files in the model's folder that it can read: by the usual extension where the form is known, else all.
-std::vector<std::wstring> GridsOf(unsigned short typeId, const std::wstring& folder) {
-    std::vector<std::wstring_view> extensions;
-    for (const GridForm& form : GridForms()) {
-        if (Reads(form, typeId)) extensions.push_back(form.extension);
-    }
-    std::vector<std::wstring> names;
-    for (const FolderEntry& entry : FindFiles(folder, L"*")) {
-        std::wstring path, name, extension;
-        SplitPath(entry.name, path, name, extension);
-        const bool fits =
-            extensions.empty() || std::any_of(extensions.begin(), extensions.end(),
-                                              [&](std::wstring_view known) { return EqualNoCase(known, extension); });
-        if (fits && !entry.isFolder) names.push_back(entry.name);
-    }
-    return names;
-}
-
 Cell GridsCell(unsigned short typeId, const std::wstring& folder) {
-    if (folder.empty()) return Cell::Missing("reads no named grid");
-    const std::vector<std::wstring> names = GridsOf(typeId, folder);
-    if (names.empty()) return Cell::Missing("no grid in its folder");
+    if (folder.empty()) return Cell::Missing("needs none");
+    const std::optional<std::vector<std::wstring>> names = GeoidGridNames(typeId);
+    if (!names) return Cell::Missing("of any name; projects tell which");
+    if (names->empty()) return Cell::Missing("none in its folder");
     Cell cell{{}, Json::array(), {}};
-    for (const std::wstring& name : names) {
+    for (const std::wstring& name : *names) {
         if (!cell.text.empty()) cell.text += ", ";
         cell.text += PathToBytes(name);
         cell.value.push_back(ToUtf8(name));

@@ -250,7 +250,8 @@ void AddGeoidEval(CLI::App& geoid, Session& session) {
         "  52.10 4.27 43.1234 quay\n\n"
         "A line holds latitude, longitude and whatever else, which is kept. Degrees are decimal or like\n"
         "52d09'15.1\"N. Lines that start with # and blank lines pass unchanged. A position without a separation\n"
-        "gets a * and the reason behind a #, and the exit code is 1. --json gives one object a line.");
+        "gets a * and the reason behind a #, and the exit code is 1. --json gives one object a line\n"
+        "for each position and leaves the other lines out.");
     command->add_option("POSITION", arguments->positions, "Positions. Default: lines of standard input")
         ->option_text("LAT LON ...");
     command->add_option("--model", arguments->model, "Geoid model, by key or type id. Default: the project's own")

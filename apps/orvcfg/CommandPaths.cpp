@@ -85,7 +85,8 @@ public:
                      {"Comes from", "origin"}});
         for (int location = 0; location < kLocationCount; ++location) {
             std::wstring folder;
-            const bool known = search.GetDataPathInfo(location, folder) && !folder.empty();
+            const bool known = !(LiesInProject(location) && search.GetCurrentProjectName().empty()) &&
+                               search.GetDataPathInfo(location, folder) && !folder.empty();
             const std::string origin = OriginText(location);
             const Cell none = Cell::Missing(Lacking(location));
             table.Add({Cell::Count(location), Cell::Of(Key(location)), known ? Cell::Flag(FolderExists(folder)) : none,
@@ -155,10 +156,10 @@ private:
     std::string Lacking(int location) const {
         const Row& row = kRows[static_cast<std::size_t>(location)];
         std::wstring base;
-        if (row.base == kLocationProject || location == kLocationProject) {
-            if (search.GetCurrentProjectName().empty()) return "no project is selected (--project)";
-            if (row.origin == Origin::ProjectFile) return "the project names none";
+        if (LiesInProject(location) && search.GetCurrentProjectName().empty()) {
+            return "no project is selected (--project)";
         }
+        if (row.origin == Origin::ProjectFile) return "the project names none";
         if (row.origin == Origin::Below && (!search.GetDataPathInfo(row.base, base) || base.empty())) {
             return "location " + std::to_string(row.base) + " has no folder";
         }

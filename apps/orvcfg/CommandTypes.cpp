@@ -98,11 +98,11 @@ ExitCode Types(Session& session, const TypesArguments& arguments) {
 bool ListFiles(Session& session, const CFileType& type, const std::vector<std::string>& filter, Table& table) {
     const DataSearch& search = DataSearch::GetDataSearch();
     std::wstring folder, extension;
-    if (!search.GetFilePath(&type, folder) || folder.empty() || !search.GetFileExtension(&type, extension)) {
+    const bool noProject = LiesInProject(type.GetLocation()) && search.GetCurrentProjectName().empty();
+    if (noProject || !search.GetFilePath(&type, folder) || folder.empty() ||
+        !search.GetFileExtension(&type, extension)) {
         session.Problem({}, "The folder of file type " + ToUtf8(type.GetFileID()) + " isn't known",
-                        type.GetLocation() == kLocationProject || search.GetCurrentProjectName().empty()
-                            ? "Name a project with --project."
-                            : "See \"orvcfg paths\".");
+                        noProject ? "Name a project with --project." : "See \"orvcfg paths\".");
         return false;
     }
     COrvString words(L',');

@@ -1,5 +1,8 @@
 #include "GeoidChoice.h"
 
+#include <algorithm>
+#include <initializer_list>
+#include <iterator>
 #include <limits>
 
 #include "Session.h"
@@ -19,6 +22,32 @@ namespace {
 
 // No grid is called so: a model that is asked for it tells its folder.
 constexpr std::wstring_view kNoSuchGrid = L"orvcfg-looks-for-the-folder";
+
+/// What the files of a model are called: fixed names, or any with the form's usual extension. Models share folders, and
+/// the common project files lie beside the grids of some.
+struct ModelFiles {
+    unsigned short typeId;
+    std::initializer_list<std::wstring_view> patterns;
+};
+const ModelFiles kModelFiles[] = {
+    {4, {L"nlgeo04.grd", L"x2c.grd", L"y2c.grd"}},
+    {5, {L"hBG03.grd", L"xyGridLb72.grd"}},
+    {6, {L"*.grd"}},
+    {7, {L"*.inf"}},
+    {8, {L"hpgnlo.inf", L"hpgnla.inf"}},
+    {13, {L"nlgeo04.grd", L"x2c.grd", L"y2c.grd"}},
+    {14, {L"*.01"}},
+    {18, {L"Und_min1x1_egm2008_isw=82_WGS84_TideFree_SE"}},
+    {19, {L"*.bin"}},
+    {22, {L"LAT2006.01"}},
+    {23, {L"*.byn"}},
+    {24, {L"*.gri", L"*.txt", L"*.csv"}},
+    {25, {L"*.txt", L"*.csv"}},
+    {26, {L"*.ggf"}},
+    {27, {L"*.txt"}},
+    {28, {L"*.gtx"}},
+    {29, {L"*.gsb"}},
+};
 
 std::string Where(const std::wstring& path, const std::wstring& name) {
     std::string text;
@@ -45,8 +74,13 @@ OpenedGeoid OpenGeoid(const GeoidChoice& choice) {
     const bool loaded = opened.model->SetFileName(choice.file);
     opened.path = opened.model->DataFile();
     const GeoidReason reason = loaded ? GeoidReason::None : opened.model->LastReason();
-    // Models with files of fixed names take none here and say so; they tell at each position how they stand.
-    if (reason == GeoidReason::None || reason == GeoidReason::NotSupported) return opened;
+    // Models with files of fixed names take none here and say so.
+    const bool fixed = reason == GeoidReason::NotSupported;
+    if (reason == GeoidReason::None || (fixed && (opened.path.empty() || FileExists(opened.path)))) return opened;
+    if (fixed) {
+        opened.problem = ToUtf8(GeoidReasonText(GeoidReason::NoFile)) + Where(opened.path, {});
+        return opened;
+    }
     opened.problem = choice.file.empty() ? "it needs the name of a grid file" : ToUtf8(GeoidReasonText(reason));
     opened.problem += Where(opened.path, choice.file);
     return opened;
@@ -94,6 +128,20 @@ std::wstring GeoidModelFolder(unsigned short typeId) {
     model->Init(nullptr);
     model->SetFileName(std::wstring(kNoSuchGrid));
     return GetFolderFromPath(model->DataFile());
+}
+
+std::optional<std::vector<std::wstring>> GeoidGridNames(unsigned short typeId) {
+    const auto* const files = std::find_if(std::begin(kModelFiles), std::end(kModelFiles),
+                                           [&](const ModelFiles& model) { return model.typeId == typeId; });
+    if (files == std::end(kModelFiles)) return std::nullopt;
+    std::vector<std::wstring> names;
+    const std::wstring folder = GeoidModelFolder(typeId);
+    for (const std::wstring_view pattern : files->patterns) {
+        for (const FolderEntry& entry : FindFiles(folder, pattern)) {
+            if (!entry.isFolder) names.push_back(entry.name);
+        }
+    }
+    return names;
 }
 
 }  // namespace orv::cfg

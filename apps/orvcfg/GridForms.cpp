@@ -88,7 +88,7 @@ std::optional<GridFacts> ReadGtxFacts(std::span<const std::byte> bytes, std::str
 const std::vector<GridForm>& GridForms() {
     static const std::vector<GridForm> forms = {
         {"GTX",
-         L"gtx",
+
          ReadGtxFacts,
          {{28, "the Netherlands and the Dutch sector of the North Sea", 49.0, 57.0, 1.0, 9.0}}},
     };

@@ -32,7 +32,6 @@ struct GridHome {
 /// A file form that is known by its content. Forms that come later are rows of the same table.
 struct GridForm {
     std::string_view name;
-    std::wstring_view extension;  ///< what such files are usually called; nothing is known by it
     /// The facts, or none and why the content isn't of this form.
     std::optional<GridFacts> (*read)(std::span<const std::byte> bytes, std::string& why);
     std::vector<GridHome> homes;  ///< tried in their order

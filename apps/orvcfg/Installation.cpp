@@ -203,6 +203,13 @@ std::wstring ChosenProject(const Session& session, std::wstring name) {
     return name.empty() ? DataSearch::GetDataSearch().GetCurrentProjectName() : name;
 }
 
+bool LiesInProject(int location) {
+    constexpr int kInProject[] = {kLocationProject,      kLocationLogData,       kLocationFileHistory,
+                                  kLocationReports,      kLocationBackupLogData, kLocationMultimedia,
+                                  kLocationSonarTargets, kLocationCameraImages,  kLocationBackgroundCharts};
+    return std::find(std::begin(kInProject), std::end(kInProject), location) != std::end(kInProject);
+}
+
 std::wstring ProjectFile(const std::wstring& name) {
     DataSearch& search = DataSearch::GetDataSearch();
     if (!name.empty()) search.GetOrvIni().SetCurrentProjectName(name);

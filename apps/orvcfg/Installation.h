@@ -22,6 +22,10 @@ std::wstring DataRoot(Session& session);
 /// problem has been told.
 bool OpenInstallation(Session& session);
 
+/// True for a location that lies in the project's folder, or is it. Without a project the data search completes such a
+/// path all the same, to a folder that is nobody's.
+bool LiesInProject(int location);
+
 /// Opens a project of the open installation as a host does: `name`, else that of the options, else the current one of
 /// the settings. False after a problem has been told.
 bool OpenProject(Session& session, std::wstring name = {});

@@ -139,6 +139,7 @@ void DataSearch::Finalize() {}
 
 bool DataSearch::InitProject(std::wstring projectName, bool saveCoordSys) {
     if (!isInit) return false;
+    SetErrorStatus(kSearchOk);
     const bool named =
         projectName.empty() ? orvIni.GetCurrentProjectName(projectName) : orvIni.SetCurrentProjectName(projectName);
     if (!named) return false;
@@ -163,6 +164,7 @@ bool DataSearch::InitProject(std::wstring projectName, bool saveCoordSys) {
 
 bool DataSearch::InitProjectSUI() {
     if (!isInit) return false;
+    SetErrorStatus(kSearchOk);
     const std::wstring path = systemFolder + std::wstring(PROJECT_SUI_FILENAME);
     if (!FileExists(path) && !projectDefinition->CreateDefaultSUIFile(path)) return false;
     return projectDefinition->InitSUI(path);

@@ -198,7 +198,7 @@ private:
     friend class FobjSection;
     bool Parse(std::shared_ptr<const std::string> bytes);
     void SetName(std::wstring_view name);
-    bool PutAside(std::wstring_view path) const;
+    bool PutAside(std::wstring_view path);
     template <class T>
     bool Get(std::wstring_view section, std::wstring_view key, T& out) const;
 
@@ -211,6 +211,7 @@ private:
     bool throwing = false;
     bool readStatus = false;
     bool keepOpen = false;
+    bool keptAside = false;
 };
 
 }  // namespace orv

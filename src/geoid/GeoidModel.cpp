@@ -121,7 +121,7 @@ bool GeoidModel::Answer(GeoidReason reason) const {
 
 bool GeoidModel::Deliver(int code, double metres, double& value) const {
     if (code != kGeoidOk) return Answer(code);
-    if (std::isnan(metres)) return Answer(GeoidReason::NoData);
+    if (!std::isfinite(metres)) return Answer(GeoidReason::NoData);
     value = metres / unitFactor;
     return true;
 }

@@ -18,7 +18,7 @@ bool GeoidModel_OSGM::SetFileName(std::wstring name) {
 
     std::string text;
     if (!ReadGridFile(kLocationGeoidModels, relativeName, info, text)) {
-        info.error = L"Failed to open file " + relativeName;
+        info.error = isGrid ? L"Failed to open file " + relativeName : std::wstring();
         return Answer(GeoidReason::NoFile);
     }
     if (isGrid) {

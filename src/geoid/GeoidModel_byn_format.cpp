@@ -26,7 +26,7 @@ int GeoidModel_byn_format::ReadFile(std::span<const std::byte> bytes) {
     const auto factor = in.Read<double>();
     nodeSize = in.Read<std::int16_t>();
     if (type != 1 || frame.latitudeStep == 0.0 || frame.longitudeStep == 0.0) return kGeoidBadHeader;
-    if (factor == 0.0 || !frame.CountNodes(1.0)) return kGeoidBadHeader;
+    if (!frame.CountNodes(1.0)) return kGeoidBadHeader;
 
     in.Seek(80);
     const bool wide = nodeSize == 4;

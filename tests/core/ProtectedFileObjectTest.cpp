@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <functional>
 
 #include "core/ChecksumSum.h"
@@ -36,7 +37,7 @@ void Replace(const std::wstring& path, std::string_view from, std::string_view t
 int StrictStatus(const std::wstring& path) {
     const NoticeRecorder quiet;
     ProtectedFileObject file;
-    return file.FileOpen(path, true, kOpenRead) ? 0 : file.GetErrorStatus();
+    return file.FileOpen(path, true, kOpenRead) ? 0 : std::max(1, file.GetErrorStatus());
 }
 
 class ProtectedFile : public ::testing::Test {
@@ -149,6 +150,8 @@ TEST_F(ProtectedFile, EnciphersAndBack) {
     ProtectedFileObject again;
     ASSERT_TRUE(again.FileOpen(path, false, kOpenRead));
     EXPECT_EQ(ReadBytes(path), cipher) << "an open must not destroy the cipher text";
+    EXPECT_FALSE(again.FileSave(L"", 0, kSave)) << "a checksum in clear behind the cipher text would spoil it";
+    EXPECT_EQ(ReadBytes(path), cipher);
     ASSERT_TRUE(again.Encrypt());
     std::wstring value;
     EXPECT_TRUE(again.GetItem(L"B", L"x", value) && value == L"\u00C4 1");

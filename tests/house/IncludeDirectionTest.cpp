@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/text/PathText.h"
 #include "support/TestSupport.h"
 
 namespace {
@@ -103,6 +104,14 @@ TEST(House, OneWayForEachThing) {
             }
         }
     });
+}
+
+// The page of code that a reader copies is the one that the tests build and run.
+TEST(House, ReadmeQuotesTheExample) {
+    const std::string example = orv::test::ReadBytes(orv::PathFromBytes(ORV_SOURCE_DIR) + L"/examples/host/host.cpp");
+    const std::string readme = orv::test::ReadBytes(orv::PathFromBytes(ORV_SOURCE_DIR) + L"/README.md");
+    EXPECT_FALSE(example.empty());
+    EXPECT_NE(readme.find(example), std::string::npos);
 }
 
 }  // namespace
