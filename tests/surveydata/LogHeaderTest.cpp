@@ -66,7 +66,7 @@ TEST_F(LogHeaderTest, ChangesTheRunLineInPlace) {
         const wchar_t* runline;
         const wchar_t* kept;
     };
-    for (const Row& row : {Row{"as long", std::string(kText), L"L-02", L"L-02"},
+    for (const Row& row : {Row{"as long", std::string(kText), L"R-02", L"R-02"},
                            {"shorter", std::string(kText), L"A", L"A"},
                            {"grown into the room of a shrunk one", std::string(kText) + std::string(9, '\0'),
                             L"L0123456789", L"L0123456789"},
