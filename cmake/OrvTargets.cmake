@@ -32,14 +32,13 @@ function(orv_folder name)
   set_property(GLOBAL APPEND PROPERTY ORV_FOLDERS orv_${name})
 endfunction()
 
-# orv_test(<name> SOURCES ...): one test program a folder; every case becomes a test of ctest.
+# orv_test(<name> SOURCES ...): one test program a folder, one test of ctest.
 function(orv_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests ${PROJECT_SOURCE_DIR}/src)
   target_compile_definitions(${name} PRIVATE ORV_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ORV_BINARY_DIR="${PROJECT_BINARY_DIR}")
   target_link_libraries(${name} PRIVATE orv_options orvconfigure orv_testing GTest::gtest_main)
-  set_property(GLOBAL APPEND PROPERTY ORV_TESTS ${name})
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
 endfunction()
 

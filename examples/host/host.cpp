@@ -13,7 +13,8 @@ int main(int argc, char** argv) {
     orv::DataSearch& search = orv::DataSearch::GetDataSearch();
     if (!search.Initialise(orv::FromUtf8(argv[1]) + L"/", true, L"navigate", false, L"", L"") ||
         !search.InitProject(orv::FromUtf8(argv[2]), false)) {
-        std::printf("not started: status %d\n", search.GetErrorStatus());
+        std::printf("not started: status %d %s\n", search.GetErrorStatus(),
+                    orv::ToUtf8(search.GetProjectDefinition().LastProblem()).c_str());
         return 1;
     }
     orv::ProjectDefinition& project = search.GetProjectDefinition();

@@ -93,7 +93,7 @@ bool BilinearGtx(const GtxGrid& grid, double latitude, double longitude, double&
         height = node[k] * (1 - v) * (1 - u) + node[k + 1] * u * (1 - v) + node[k + columns] * (1 - u) * v +
                  node[k + columns + 1] * u * v;
     }
-    if (std::isnan(height)) return false;
+    if (!std::isfinite(height)) return false;
     value = height;
     return true;
 }
