@@ -3,8 +3,6 @@
 #include <set>
 
 #include "core/ConfigKeys.h"
-#include "platform/os/ProgramPath.h"
-#include "platform/service/Translator.h"
 #include "support/TestInstallation.h"
 
 namespace orv {
@@ -27,8 +25,6 @@ TEST_F(FileTypes, TableAgreesWithTheKeys) {
         ids.insert(type->GetID());
         EXPECT_TRUE(type->GetID() == kNoFileType || GetFileKeyForType(type->GetID()) == key) << key;
         EXPECT_TRUE(type->GetLocation() >= 0 && type->GetLocation() < kLocationCount) << key;
-        EXPECT_TRUE(type->GetExpFilter() >= 1 && type->GetExpFilter() <= 6) << key;
-        EXPECT_TRUE(type->GetBmpId() >= 5000 && type->GetBmpId() < 6000) << key;
         EXPECT_FALSE(type->IsSupported() || type->CanCreate() || type->CanSelect()) << key;
     }
     EXPECT_EQ(rows, 137);
@@ -37,18 +33,12 @@ TEST_F(FileTypes, TableAgreesWithTheKeys) {
         const bool reserved = GetFileKeyForType(id).starts_with(L"Reserved") || id == 0 || id == 5;
         EXPECT_EQ(list.GetFileTypeID(id) == nullptr, reserved) << id;
     }
-    EXPECT_FALSE(list.UserGeneralUsed());
 }
 
 TEST_F(FileTypes, Lookups) {
     EXPECT_EQ(list.GetFileKey(kNoFileType), L"Profile") << "of the two types without an id the first in key order";
     EXPECT_EQ(list.GetFileTypeSafe(L"no such")->GetFileID(), L"Unknown");
-    EXPECT_EQ(list.GetFileType(L"appdef"), nullptr);
-    EXPECT_TRUE(list.GetFileID(L"AppDef") == 1 && list.GetFileID(L"no such") == kNoFileType);
-    EXPECT_TRUE(list.GetFileExtension(50) == L"DIS" && list.GetFileExtension(147).empty());
-    const std::pair<const wchar_t*, unsigned> shared[] = {{L"dev", 2},   {L"ini", 95},  {L"dxf", 24},  {L"csv", 43},
-                                                          {L"jpg", 104}, {L"sds", 127}, {L"tif", 74},  {L"geo", 76},
-                                                          {L"bmp", 84},  {L"txt", 115}, {L"skp", 108}, {L"P190", 110}};
+    const std::pair<const wchar_t*, unsigned> shared[] = {{L"ini", 95}, {L"csv", 43}, {L"jpg", 104}, {L"txt", 115}};
     for (const auto& [extension, id] : shared) EXPECT_EQ(list.GetFileTypeExt(extension)->GetID(), id) << extension;
     EXPECT_EQ(list.GetFileTypeExt(L"p190"), nullptr);
 }
@@ -63,32 +53,7 @@ TEST_F(FileTypes, FlagsKeepTheirOrder) {
         bool a = !support, b = !create, c = !select;
         list.GetFilePermissions(L"RunLine", a, b, c);
         EXPECT_TRUE(a == support && b == create && c == select) << only;
-        list.GetFilePermissions(L"no such", a, b, c);
-        EXPECT_FALSE(a || b || c);
     }
-}
-
-TEST_F(FileTypes, InitialiseAgainKeepsRights) {
-    CFileType& type = *list.GetFileType(L"Route");
-    type.SetPermissions(true, false, true);
-    type.SetFileBmpId(1);
-    type.SetLocation(8);
-    list.Initialise();
-    EXPECT_TRUE(type.CanCreate() && !type.CanSelect() && type.IsSupported() && type.GetLocation() == 8);
-    EXPECT_EQ(type.GetBmpId(), 5058u);
-}
-
-TEST_F(FileTypes, DescriptionsComeFromTheDefinition) {
-    Translator::Lookups lookups;
-    lookups.fileTypeList = [](unsigned id) { return std::wstring(id == 14 ? L"Strecke" : L""); };
-    Translator::Instance().Activate(lookups);
-    EXPECT_EQ(list.GetFileType(L"Route")->GetDescription(), L"Strecke");
-    EXPECT_EQ(list.GetFileType(L"RunLine")->GetDescription(), L"A file of RunLine");
-    Translator::Instance().Deactivate();
-    SetProgramPath(installation.SystemFolder() + L"surveyor");
-    CFileTypeList bare;
-    bare.Initialise();
-    EXPECT_EQ(bare.GetFileType(L"Route")->GetDescription(), L"");
 }
 
 }  // namespace

@@ -29,18 +29,8 @@ TEST(ConfigKeys, TablesHaveNoGapsAndNoDoubles) {
     }
 }
 
-// Items of different meaning that share a section.
-TEST(ConfigKeys, NeighboursDontClash) {
-    const std::set<std::wstring_view> header(projDescKeys.begin(), projDescKeys.end());
-    for (const std::wstring_view key : appParamKeys) EXPECT_FALSE(header.contains(key));
-    const std::set<std::wstring_view> coords(coordsystemKeys.begin(), coordsystemKeys.end());
-    EXPECT_FALSE(coords.contains(GEODESY_VERSION_KEY) || coords.contains(OLD_GEOID_MODE));
-    EXPECT_NE(LANGUAGE_SECTION, USER_LANGUAGE);
-}
-
 TEST(ConfigKeys, FindsFileTypes) {
     for (unsigned id = 0; id < fileTypeKeys.size(); ++id) EXPECT_EQ(GetFileTypeForKey(GetFileKeyForType(id)), id);
-    EXPECT_EQ(GetFileKeyForType(147), L"");
     EXPECT_EQ(GetFileTypeForKey(L"appdef"), static_cast<unsigned>(-1));
 }
 

@@ -6,6 +6,7 @@
 #include "core/DataSearch.h"
 #include "platform/text/PathText.h"
 #include "platform/text/Utf.h"
+#include "project/ScriptedCoordSys.h"
 
 namespace orv::test {
 
@@ -25,9 +26,15 @@ void GeoidFolders::Write(const std::wstring& path, std::string_view bytes) {
 std::unique_ptr<GeoidModel> MakeModel(unsigned short typeId, double metresPerUnit) {
     RegisterGeoidModels();
     std::unique_ptr<GeoidModel> model = GeoidModelList::GetGeoidModelList().Create(typeId);
-    UnitOnly unit(metresPerUnit);
-    EXPECT_TRUE(model->Init(&unit));
+    SetUnit(*model, metresPerUnit);
     return model;
+}
+
+void SetUnit(GeoidModel& model, double metresPerUnit) {
+    CoordSysScript script;
+    script.gridUnit = metresPerUnit;
+    ScriptedCoordSys system(script);
+    EXPECT_TRUE(model.Init(&system));
 }
 
 double HeightAt(GeoidModel& model, double latitude, double longitude, double easting, double northing,

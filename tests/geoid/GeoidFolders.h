@@ -1,11 +1,12 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 
 #include "geoid/GeoidModelList.h"
-#include "platform/coord/OrvGeoCoordSysBase.h"
 #include "platform/notify/Notices.h"
+#include "platform/os/Clock.h"
 #include "support/TestSupport.h"
 
 namespace orv::test {
@@ -29,35 +30,23 @@ private:
     TempFolder folder;
 };
 
-/// A coordinate system of which only the unit matters.
-class UnitOnly : public OrvGeoCoordSysBase {
-public:
-    explicit UnitOnly(double metres) : factor(metres) {}
-    bool Configure(const CoordSysNames&, const std::wstring&, const std::wstring&) override { return false; }
-    bool Load(const CoordSysNames&, ProjectDefinition&, const std::wstring&, bool) override { return false; }
-    void ConvertProject(ProjectDefinition&) override {}
-    bool SaveToProject(ProjectDefinition&) override { return false; }
-    OrvGeoDatabaseBase* Database() override { return nullptr; }
-    void GroupName(std::wstring&) override {}
-    void SystemName(std::wstring&) override {}
-    void TransformationName(std::wstring&) override {}
-    std::wstring EllipsoidName() override { return {}; }
-    void ProjectionName(std::wstring&) override {}
-    void SetLatLongOnSat(int) override {}
-    bool GeoToGrid(double, double, double, double&, double&) override { return false; }
-    bool GridToGeo(double, double, double, double&, double&) override { return false; }
-    void Unit(double& metres, std::wstring& label) override {
-        metres = factor;
-        label = L"ft";
-    }
-    bool HeightSeparation(double, double, double&, std::wstring&) override { return false; }
-
-private:
-    double factor;
-};
-
 inline constexpr double kFoot = 0.3048;
 inline constexpr double kUntouched = -12345.0;
+
+/// A clock that moves on by `step` milliseconds whenever it is looked at.
+class TestClock : public Clock {
+public:
+    explicit TestClock(std::int64_t theStep = 0) : step(theStep) { SetClock(this); }
+    ~TestClock() override { SetClock(nullptr); }
+    std::int64_t UtcMilliseconds() override { return now += step; }
+    std::atomic<std::int64_t> now = 1'700'000'000'000;
+
+private:
+    const std::int64_t step;
+};
+
+/// Tells a model the unit of its coordinates and heights.
+void SetUnit(GeoidModel& model, double metresPerUnit);
 
 /// A model of the registry, bound to a unit.
 std::unique_ptr<GeoidModel> MakeModel(unsigned short typeId, double metresPerUnit = 1.0);

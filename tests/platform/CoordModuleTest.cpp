@@ -35,9 +35,6 @@ TEST_F(CoordModuleTest, TellsWhyItFailed) {
     loader.SetSearchFolder(FromUtf8(ORV_TEST_MODULE_FOLDER));
     EXPECT_FALSE(loader.LoadDLL(L"../" + GetNameFromPath(FromUtf8(ORV_TEST_MODULE_FOLDER)) + L"/TestModule", nullptr));
     EXPECT_FALSE(loader.LoadDLL(L"", nullptr));
-    loader.SetSearchFolder(L"");
-    EXPECT_EQ(loader.SearchFolders().size(), 3u);
-    EXPECT_TRUE(loader.SearchFolders()[1].ends_with(L"/orv/modules/"));
 }
 
 }  // namespace orv::test

@@ -15,7 +15,6 @@ TEST(Notices, RecordersNest) {
     Notify(Notice::Message, L"out");
     FileError(L"/a.prj", FileError::GENERAL).Report(L"bad digest");
     EXPECT_EQ(outer.Text(Notice::Message), L"out\n");
-    EXPECT_EQ(outer.Text(Notice::Alert), L"");
     EXPECT_EQ(outer.Text(Notice::ErrorReport), L"/a.prj: bad digest\n");
 }
 

@@ -13,6 +13,7 @@ struct CoordSysScript {
     bool loads = true, converts = false, saves = true;
     std::wstring unitName, unitMnemonic = L"fth";  ///< the one unit that its database defines
     double unitFactor = 1.8288;
+    double gridUnit = 1.0;  ///< of its grid coordinates, in metres
     std::vector<std::wstring> calls;
 };
 
@@ -78,8 +79,8 @@ public:
     bool GeoToGrid(double, double, double, double&, double&) override { return false; }
     bool GridToGeo(double, double, double, double&, double&) override { return false; }
     void Unit(double& factor, std::wstring& label) override {
-        factor = 1.0;
-        label = L"m";
+        factor = script.gridUnit;
+        label = factor == 1.0 ? L"m" : L"ft";
     }
     bool HeightSeparation(double, double, double&, std::wstring&) override { return false; }
 

@@ -38,6 +38,10 @@ std::string ReadBytes(std::wstring_view path) {
     return all.str();
 }
 
+void SetMode(std::wstring_view path, unsigned mode) {
+    fs::permissions(PathToBytes(path), static_cast<fs::perms>(mode));
+}
+
 void MakeFolders(std::wstring_view path) {
     fs::create_directories(PathToBytes(path));
 }

@@ -4,6 +4,8 @@
 
 #include <string>
 #include <string_view>
+#include <thread>
+#include <vector>
 
 namespace orv::test {
 
@@ -24,8 +26,16 @@ private:
 /// Raw bytes on disk, past the library: what another program would write and read.
 void WriteBytes(std::wstring_view path, std::string_view bytes);
 std::string ReadBytes(std::wstring_view path);
+void SetMode(std::wstring_view path, unsigned mode);
 void MakeFolders(std::wstring_view path);
 bool Exists(std::wstring_view path);
+
+/// Runs `work(number)` in eight threads at once.
+template <class Work>
+void InEightThreads(Work work) {
+    std::vector<std::jthread> threads;
+    for (unsigned number = 0; number < 8; ++number) threads.emplace_back([&work, number] { work(number); });
+}
 
 /// Sets an environment variable, the zone or the numeric locale for one test, and puts it back.
 class ScopedZone {
