@@ -59,6 +59,7 @@ inline constexpr std::wstring_view INTERFACE_DEF_FILENAME = L"InterfaceDefinitio
 inline constexpr std::wstring_view USER_ACCESS_LEVELS_INI_FILENAME = L"UserAccessLevels.ini";
 inline constexpr std::wstring_view USER_ACCESS_LEVELS_BAK_FILENAME = L"UserAccessLevels.bak";
 inline constexpr std::wstring_view USER_ACCESS_LEVELS_EXTENSION = L".ual";
+inline constexpr std::wstring_view USER_ACCOUNTS_FILENAME = L"UserAccounts.ini";
 inline constexpr std::wstring_view PROJECT_FILENAME = L"Project.prj";
 inline constexpr std::wstring_view PROJECT_SUI_FILENAME = L"ProjectSUI.prj";
 inline constexpr std::wstring_view PROJECTS_COMMON_FILES = L"Projects Common Files";

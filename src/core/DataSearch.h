@@ -177,6 +177,7 @@ public:
     void GetAllAppItems(int level, int value, const std::wstring& prefix, std::vector<int>& out) const;
     std::vector<std::wstring> GetUserLevels() const;  ///< those of the last read
     bool IsUalIniValid() const { return !ualInvalid; }
+    std::wstring GetDefaultUserName() const;  ///< who is logged in without a password; empty if nobody
 
 protected:
     DataSearch();

@@ -240,6 +240,14 @@ public:
         return ResultOf(chmod(target.c_str(), mode));
     }
 
+    FsResult CopyOwner(std::wstring_view from, std::wstring_view to) override {
+        const std::string target = NameOnDisk(to);
+        struct stat wanted;
+        if (stat(NameOnDisk(from).c_str(), &wanted) != 0) return FromErrno(errno);
+        if (chown(target.c_str(), wanted.st_uid, wanted.st_gid) == 0 || errno == EPERM) return FsResult::Ok;
+        return FromErrno(errno);
+    }
+
     FsResult SetReadOnly(std::wstring_view path, bool readOnly) override {
         const std::string name = NameOnDisk(path);
         struct stat status;
@@ -312,7 +320,7 @@ private:
             if (error != ENOENT || !mode.create) return FromErrno(error);
         }
         const int create = O_CREAT | (mode.createNew ? O_EXCL : 0);
-        descriptor = Retry([&] { return open(name.c_str(), flags | create, 0666); });
+        descriptor = Retry([&] { return open(name.c_str(), flags | create, mode.ownerOnly ? 0600 : 0666); });
         return descriptor >= 0 ? FsResult::Ok : FromErrno(errno);
     }
 };
