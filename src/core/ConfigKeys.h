@@ -291,6 +291,16 @@ inline constexpr std::wstring_view GEODESY_VERSION = L"1.0.1";  ///< value of th
 inline constexpr std::wstring_view OLD_GEOID_MODE = L"OldGeoidMode";
 inline constexpr std::wstring_view UNITS_DEFAULT_SECTION = L"Default";  ///< of the units file
 
+// Project, housekeeping
+
+inline constexpr std::wstring_view FILE_HISTORY_SECTION = L"FileHistory";
+inline constexpr std::wstring_view FILE_HISTORY_ENABLED = L"Enabled";
+inline constexpr std::wstring_view DISK_SPACE_SECTION = L"DiskSpace";
+inline constexpr std::wstring_view MAX_DAYS = L"MaxDays";  ///< of both
+inline constexpr std::wstring_view MAX_DAYS_ENABLED = L"MaxDaysEnabled";
+inline constexpr std::wstring_view MIN_FREE = L"MinFree";
+inline constexpr std::wstring_view MIN_FREE_ENABLED = L"MinFreeEnabled";
+
 // Coordinate modules and what a new project gets
 
 inline constexpr std::wstring_view COORDSYS_MODULE_KEY = L"ORVCoordSys";

@@ -15,6 +15,7 @@
 
 namespace orv {
 
+class FileHistory;
 class ProjectDefinition;
 class UserAccessLevelsFile;
 struct DataSearchStatus;
@@ -189,6 +190,7 @@ private:
     friend struct DataSearchStatus;
     bool Fail(int status) const;
     bool InitFileTypes();
+    void LoadHousekeeping();
     bool OpenAppDef(const std::wstring& appDefName);
     bool OpenUserDef();
 
@@ -216,6 +218,7 @@ private:
     ProgramDefFile_IO appDef, userDef;
     OrvIniFile_IO orvIni;
     std::shared_ptr<ProjectDefinition> projectDefinition;
+    std::unique_ptr<FileHistory> fileHistory;  // always there
     std::int64_t fileHistoryTime = 0;
     mutable std::atomic<int> errorStatus = 0;  // workers' queries write it too
     std::wstring userLevel;

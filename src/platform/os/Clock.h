@@ -7,6 +7,9 @@
 
 namespace orv {
 
+/// A moment: seconds since 1970 UTC.
+using CTime = std::int64_t;
+
 /// A moment broken down, in local time or UTC as the operation says.
 struct CalendarTime {
     int year = 1970, month = 1, day = 1;  ///< month 1..12, day 1..31

@@ -59,7 +59,8 @@ struct FileStatus {
 
 struct FolderEntry {
     std::wstring name;
-    bool isFolder = false;
+    bool isFolder = false;  ///< also a link to one
+    bool isLink = false;
 };
 
 /// An open file. Closed by its destructor. One thread at a time.

@@ -102,6 +102,12 @@ std::string ReadLink(const std::string& name) {
     return size <= 0 ? std::string() : std::string(target.data(), static_cast<std::size_t>(size));
 }
 
+bool IsLinkEntry(DIR* folder, const dirent& entry) {
+    if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_LNK;
+    struct stat status;
+    return fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+}
+
 bool IsFolderEntry(DIR* folder, const dirent& entry) {
     if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return entry.d_type == DT_DIR;
     struct stat status;
@@ -164,7 +170,7 @@ public:
         while (const dirent* const entry = readdir(open)) {
             const std::string_view entryName = entry->d_name;
             if (entryName != "." && entryName != "..") {
-                found.push_back({PathFromBytes(entryName), IsFolderEntry(open, *entry)});
+                found.push_back({PathFromBytes(entryName), IsFolderEntry(open, *entry), IsLinkEntry(open, *entry)});
             }
             errno = 0;
         }
