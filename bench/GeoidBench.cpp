@@ -4,17 +4,17 @@
 #include <benchmark/benchmark.h>
 #include <proj.h>
 
-#include <bit>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "geoid/GeoidModel_RDNAP2018.h"
-#include "geoid/GtxGrid.h"
+#include "core/ConfigKeys.h"
+#include "geoid/GeoidModelList.h"
 #include "platform/text/PathText.h"
-#include "support/TestSupport.h"
+#include "support/TestInstallation.h"
 
 namespace {
 
@@ -59,19 +59,23 @@ std::vector<Position> Positions(bool track) {
 }
 
 struct Fixture {
-    orv::test::TempFolder folder;
-    std::wstring path = folder / L"bench.gtx";
+    orv::test::TestInstallation installation;
     std::unique_ptr<orv::GeoidModel> model;
     PJ_CONTEXT* context = proj_context_create();
     PJ* transformation = nullptr;
 
     Fixture() {
-        orv::test::WriteBytes(path, MakeGrid());
-        auto made = std::make_unique<orv::GeoidModel_RDNAP2018>();
-        made->ReadForBenchmark(path);
-        model = std::move(made);
-        const std::string definition = "+proj=vgridshift +multiplier=1 +grids=" + orv::PathToBytes(path);
+        if (!installation.Start()) std::abort();
+        const std::wstring folder = installation.GeneralFolder(orv::kLocationGeoidModels) + L"Netherlands/";
+        orv::test::MakeFolders(folder);
+        orv::test::WriteBytes(folder + L"bench.gtx", MakeGrid());
+        orv::RegisterGeoidModels();
+        model = orv::GeoidModelList::GetGeoidModelList().Create(28);
+        if (!model->SetFileName(L"bench.gtx")) std::abort();
+        const std::string definition =
+            "+proj=vgridshift +multiplier=1 +grids=" + orv::PathToBytes(folder + L"bench.gtx");
         transformation = proj_create(context, definition.c_str());
+        if (!transformation) std::abort();
     }
 };
 

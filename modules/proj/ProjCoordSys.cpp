@@ -1,5 +1,7 @@
 #include "ProjCoordSys.h"
 
+#include <limits>
+
 #include "core/ConfigKeys.h"
 #include "geoid/GeoidModelList.h"
 #include "platform/text/CaseFold.h"
@@ -194,12 +196,13 @@ bool ProjCoordSys::HeightSeparation(double latitude, double longitude, double& v
 }
 
 bool ProjCoordSys::ModelSeparation(double latitude, double longitude, double& value, std::wstring& reason) {
-    const std::wstring model = L"Geoid model " + names.geoidModelName;
+    const auto model = [&] { return L"Geoid model " + names.geoidModelName; };
     if (!geoid) {
-        reason = model + L" isn't part of this installation";
+        reason = model() + L" isn't part of this installation";
         return false;
     }
-    double easting = 0.0, northing = 0.0, found = 0.0;
+    // Few models read grid coordinates; where the projection has none, they must refuse rather than take 0, 0.
+    double easting = std::numeric_limits<double>::quiet_NaN(), northing = easting, found = 0.0;
     GeoToGrid(latitude, longitude, 0.0, easting, northing);
     std::wstring text;
     if (geoid->Calculate(latitude, longitude, easting, northing, found, text)) {
@@ -210,7 +213,7 @@ bool ProjCoordSys::ModelSeparation(double latitude, double longitude, double& va
     const std::wstring path = geoid->DataFile();
     std::wstring file = GetNameFromPath(path);
     if (file.empty()) file = names.geoidModelFile;
-    reason = model + L": " + std::wstring(GeoidReasonText(why));
+    reason = model() + L": " + std::wstring(GeoidReasonText(why));
     if (!file.empty()) reason += L", file " + file;
     if (const std::wstring folder = GetFolderFromPath(path); !folder.empty()) reason += L" in folder " + folder;
     return false;

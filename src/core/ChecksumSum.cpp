@@ -47,7 +47,8 @@ public:
         sums = _mm_add_epi64(sums, _mm_sad_epu8(terms, _mm_setzero_si128()));
     }
     std::uint32_t Sum() const {
-        return static_cast<std::uint32_t>(_mm_cvtsi128_si32(sums) + _mm_cvtsi128_si32(_mm_srli_si128(sums, 8)));
+        return static_cast<std::uint32_t>(_mm_cvtsi128_si32(sums)) +
+               static_cast<std::uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(sums, 8)));
     }
     bool IsAscii() const {
         return _mm_movemask_epi8(high) == 0;

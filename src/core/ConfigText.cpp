@@ -490,7 +490,8 @@ std::string ConfigText::Bytes(textencoding::type as) const {
         case textencoding::utf16le:
             return std::string(kUtf16LeMark) + Utf8ToUtf16Le(text);
         case textencoding::windows1252:
-            if (auto old = Utf8ToWindows1252(text)) return std::move(*old);
+            // Bytes that would be taken for UTF-8 on the next reading aren't left in the old page.
+            if (auto old = Utf8ToWindows1252(text); old && (!IsUtf8(*old) || *old == text)) return std::move(*old);
             break;
         case textencoding::utf8:
             break;

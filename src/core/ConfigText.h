@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -32,10 +33,14 @@ public:
     std::string Bytes() const { return Bytes(encoding); }
     std::string Bytes(textencoding::type as) const;
     void MakeEmpty();  ///< keeps the lines before the first section
+    /// Never gives a stamp again that `other` has given: a cursor from before finds nothing of its own here.
+    void ContinueStamps(const ConfigText& other) { nextStamp = std::max(nextStamp, other.nextStamp); }
 
     textencoding::type Encoding() const { return encoding; }
     /// True if bytes were found that are no text of the file's encoding: what is in memory isn't all that was read.
     bool HasUndecodable() const { return undecodable; }
+    /// True if an enciphered body stands behind the line that says so.
+    bool HasCipher() const { return lastLine != kNone && lines[lastLine].kind == Kind::Opaque; }
     std::string_view ExtraText() const;  ///< everything before the first section
     std::vector<std::string_view> OddLines() const;
 

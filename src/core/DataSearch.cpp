@@ -144,6 +144,7 @@ void DataSearch::Finalize() {}
 
 bool DataSearch::InitProject(std::wstring projectName, bool saveCoordSys) {
     if (!isInit) return false;
+    SetErrorStatus(kSearchOk);
     const bool named =
         projectName.empty() ? orvIni.GetCurrentProjectName(projectName) : orvIni.SetCurrentProjectName(projectName);
     if (!named) return false;
@@ -180,6 +181,7 @@ void DataSearch::LoadHousekeeping() {
 
 bool DataSearch::InitProjectSUI() {
     if (!isInit) return false;
+    SetErrorStatus(kSearchOk);
     const std::wstring path = systemFolder + std::wstring(PROJECT_SUI_FILENAME);
     if (!FileExists(path) && !projectDefinition->CreateDefaultSUIFile(path)) return false;
     return projectDefinition->InitSUI(path);

@@ -44,9 +44,10 @@ inline constexpr int kNoLimit = 0x7FFFFFFF;
 /// The one object through which an application finds everything: where the system runs from, its settings, the
 /// application definition and the optional user definition, the project, paths, limits, permissions and rights.
 ///
-/// A host calls `Initialise` once at start, then `InitProject`. First call on the main thread, before any background
-/// work; no lock of its own. Background workers call read queries only, after `InitProject`. Most queries set the
-/// status to 0 first, return false on failure and leave what they don't fill alone.
+/// A host calls `RegisterGeoidModels` (geoid/GeoidModelList.h) and `Initialise` once at start, then `InitProject`.
+/// First call on the main thread, before any background work; no lock of its own. Background workers call read queries
+/// only, after `InitProject`. Most queries set the status to 0 first, return false on failure and leave what they don't
+/// fill alone.
 class ORV_EXPORT DataSearch {
 public:
     static DataSearch& GetDataSearch();
@@ -65,7 +66,9 @@ public:
     bool IsInit() const { return isInit; }
     void Finalize();                                ///< does nothing; hosts call it
     void DisableAppDefReq() { useAppDef = false; }  ///< later merges ignore the application definition
-    /// Opens a project by name, or the current one of the settings when empty.
+    /// Opens a project by name, or the current one of the settings when empty; a name given becomes the current project
+    /// in memory. What `ProjectDefinition::Init` does to the disk is told there. On false the reason is in the status
+    /// or, when that is 0, in `GetProjectDefinition().LastProblem()`.
     bool InitProject(std::wstring projectName, bool saveCoordSys);
     /// The small project file that carries only a coordinate system, made on first use.
     bool InitProjectSUI();

@@ -141,7 +141,7 @@ bool DataSearch::PathValue(int location, std::wstring& out) const {
             return true;
         case Source::UnderCommon:
             if (!GetDataPathInfo(kLocationCommon, out)) return false;
-            if (!out.empty()) out += KeyFolder(location);
+            out += KeyFolder(location);  // below no folder at all it is relative, and so comes to nothing
             return true;
         case Source::UnderApp:
             out = appPath + KeyFolder(location);

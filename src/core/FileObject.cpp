@@ -93,12 +93,13 @@ FileObject::FileObject(const FileObject& other)
       content(std::make_unique<ConfigText>(*other.content)),
       fileName(other.fileName),
       fileTitle(other.fileTitle),
-      errorStatus(other.errorStatus),
-      lastResult(other.lastResult),
+      errorStatus(other.errorStatus.load()),
+      lastResult(other.lastResult.load()),
       initialised(other.initialised),
       throwing(other.throwing),
       readStatus(other.readStatus),
-      keepOpen(other.keepOpen) {}
+      keepOpen(other.keepOpen),
+      keptAside(other.keptAside) {}
 
 FileObject& FileObject::operator=(const FileObject& other) {
     if (this != &other) *this = FileObject(other);
@@ -112,15 +113,17 @@ FileObject::FileObject(FileObject&& other) noexcept : content(std::make_unique<C
 FileObject& FileObject::operator=(FileObject&& other) noexcept {
     if (this == &other) return *this;
     content.swap(other.content);
+    content->ContinueStamps(*other.content);
     errorText = std::move(other.errorText);
     fileName = std::move(other.fileName);
     fileTitle = std::move(other.fileTitle);
-    errorStatus = other.errorStatus;
-    lastResult = other.lastResult;
+    errorStatus = other.errorStatus.load();
+    lastResult = other.lastResult.load();
     initialised = other.initialised;
     throwing = other.throwing;
     readStatus = other.readStatus;
     keepOpen = other.keepOpen;
+    keptAside = other.keptAside;
     return *this;
 }
 
@@ -140,11 +143,13 @@ void FileObject::SetName(std::wstring_view name) {
 }
 
 bool FileObject::Parse(std::shared_ptr<const std::string> bytes) {
+    const bool tooLarge = bytes->size() > ConfigText::kMaxBytes;
     if (!content->Parse(std::move(bytes))) {
-        lastResult = FsResult::TooLarge;
+        lastResult = tooLarge ? FsResult::TooLarge : FsResult::Failed;
         return false;
     }
     initialised = true;
+    keptAside = false;
     return true;
 }
 
@@ -190,7 +195,9 @@ bool FileObject::Write(archive& stream) const {
 }
 
 void FileObject::FileClose() {
-    *content = ConfigText();
+    ConfigText empty;
+    empty.ContinueStamps(*content);
+    *content = std::move(empty);
     fileName.clear();
     fileTitle.clear();
     initialised = false;
@@ -210,20 +217,24 @@ fhandle FileObject::open(std::wstring_view path, int flags) const {
 
 // ---- saving
 
-bool FileObject::PutAside(std::wstring_view path) const {
+// Once for each reading: what is saved after that is ours.
+bool FileObject::PutAside(std::wstring_view path) {
+    if (keptAside || !FileExists(path)) return true;
     const CalendarTime now = UtcCalendar(TheClock().UtcMilliseconds() / 1000);
     const auto two = [](int number) { return (number < 10 ? L"0" : L"") + IntText(number); };
-    const std::wstring aside = std::wstring(path) + L".damaged-" + IntText(now.year) + two(now.month) + two(now.day) +
-                               L"T" + two(now.hour) + two(now.minute) + two(now.second) + L"Z";
+    const std::wstring stem = std::wstring(path) + L".damaged-" + IntText(now.year) + two(now.month) + two(now.day) +
+                              L"T" + two(now.hour) + two(now.minute) + two(now.second) + L"Z";
+    std::wstring aside = stem;
+    for (int more = 2; FileExists(aside); ++more) aside = stem + L"-" + IntText(more);
     if (CopyWholeFile(path, aside) != FsResult::Ok) return false;
+    keptAside = true;
     Notify(Notice::Information,
            std::wstring(path) + L" holds what can't be read as a configuration file; it is kept as " + aside);
     return true;
 }
 
 bool FileObject::KeepDamagedFile() {
-    if (!content->HasUndecodable() && content->OddLines().empty()) return true;
-    return !FileExists(fileName) || PutAside(fileName);
+    return (!content->HasUndecodable() && content->OddLines().empty()) || PutAside(fileName);
 }
 
 bool FileObject::FileSave(std::wstring_view name, int flags) {
@@ -235,7 +246,7 @@ bool FileObject::FileSave(std::wstring_view name, int flags) {
     }
     if ((flags & kOpenCreateBit) == 0 && !FileExists(path)) {
         lastResult = FsResult::NotFound;
-    } else if (content->HasUndecodable() && path == fileName && FileExists(path) && !PutAside(path)) {
+    } else if (content->HasUndecodable() && path == fileName && !PutAside(path)) {
         lastResult = FsResult::Failed;
     } else {
         lastResult = SaveWholeFile(path, content->Bytes());

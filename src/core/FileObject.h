@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -87,7 +88,7 @@ public:
 
     // Virtual operations, in their slot order.
     virtual ~FileObject();
-    virtual int GetErrorStatus() const { return errorStatus; }
+    virtual int GetErrorStatus() const { return errorStatus.load(std::memory_order_relaxed); }
     /// Lays the difference file over this one; here nothing, true.
     virtual bool ApplyDifference(const FileObject& difference);
 
@@ -181,7 +182,7 @@ public:
 protected:
     /// An open handle for a derived class's own writing. `isopen` is false if it can't be had.
     fhandle open(std::wstring_view path, int flags) const;
-    void SetErrorStatus(int status) const { errorStatus = status; }
+    void SetErrorStatus(int status) const { errorStatus.store(status, std::memory_order_relaxed); }
     bool SetSection(FobjSection& cursor, std::wstring_view section);  ///< puts the cursor on a section
     void SetKeepOpen(bool on) { keepOpen = on; }
     bool KeepOpen() const { return keepOpen; }
@@ -197,18 +198,20 @@ private:
     friend class FobjSection;
     bool Parse(std::shared_ptr<const std::string> bytes);
     void SetName(std::wstring_view name);
-    bool PutAside(std::wstring_view path) const;
+    bool PutAside(std::wstring_view path);
     template <class T>
     bool Get(std::wstring_view section, std::wstring_view key, T& out) const;
 
     std::unique_ptr<ConfigText> content;
     std::wstring fileName, fileTitle;
-    mutable int errorStatus = 0;
-    mutable FsResult lastResult = FsResult::Ok;
+    // Queries write these too, and workers query what the main thread holds.
+    mutable std::atomic<int> errorStatus = 0;
+    mutable std::atomic<FsResult> lastResult = FsResult::Ok;
     bool initialised = false;
     bool throwing = false;
     bool readStatus = false;
     bool keepOpen = false;
+    bool keptAside = false;
 };
 
 }  // namespace orv

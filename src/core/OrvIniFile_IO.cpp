@@ -23,6 +23,7 @@ bool OrvIniFile_IO::Open(const std::wstring& path) {
     if (initialised && GetFileName() == path) return true;
     initialised = FileOpen(path, false, kOpenRead);
     if (!initialised) {
+        // On the standard output since its first version: installers look for this line there.
         const std::string line = "FileOpen with ORV.ini failed: " + ToUtf8(path) + "\n";
         std::fputs(line.c_str(), stdout);
     }

@@ -170,9 +170,10 @@ bool ProtectedFileObject::FileOpen_NoFileClose(std::wstring_view name, bool veri
 bool ProtectedFileObject::FileOpen(const memfile& file, bool verifyFileName) {
     memfile copy = file;
     archive stream(copy, true);
-    if (!Read(stream)) return false;
-    SetReadStatus(true);
-    if (CompareCheckSum(verifyFileName)) return true;
+    if (Read(stream)) {
+        SetReadStatus(true);
+        if (CompareCheckSum(verifyFileName)) return true;
+    }
     SetErrorStatus(kFileBadChecksum);
     return false;
 }
@@ -184,6 +185,11 @@ bool ProtectedFileObject::FileSave(std::wstring_view name, int /*reserved*/, int
     const std::wstring path(name.empty() ? std::wstring_view(GetFileName()) : name);
     if (path.empty()) {
         SetErrorStatus(kFileNoName);
+        return false;
+    }
+    // A checksum in clear behind the cipher text would spoil it: `Encrypt` is the way to change such a file.
+    if (Content().HasCipher()) {
+        SetErrorStatus(kFileCannotAccess);
         return false;
     }
     ReadOnlyLift lift(path);
@@ -202,7 +208,7 @@ bool ProtectedFileObject::FileSave(std::wstring_view name, int /*reserved*/, int
 
 bool ProtectedFileObject::FileSave(memfile& file) {
     SetErrorStatus(kFileOk);
-    CreateCheckSum();
+    if (!Content().HasCipher()) CreateCheckSum();
     archive stream(file, false);
     return Write(stream);
 }
@@ -216,7 +222,7 @@ bool ProtectedFileObject::Encrypt() {
 bool ProtectedFileObject::Decipher() {
     const std::wstring path = GetFileName();
     std::string bytes;
-    if (ReadWholeFile(path, bytes, Share::DenyNone, ConfigText::kMaxBytes) != FsResult::Ok) {
+    if (ReadWholeFile(path, bytes, Share::DenyWrite, ConfigText::kMaxBytes) != FsResult::Ok) {
         SetErrorStatus(kFileCannotAccess);
         FileError(path, FileError::GENERAL).Report(errorText);
         return false;

@@ -21,7 +21,8 @@ public:
     /// in memory), else signed again and saved, whatever the save comes to. Flags with the create bit skip all this.
     /// An enciphered file isn't signed again: call `Encrypt` to read it.
     bool FileOpen(std::wstring_view name, bool verifyFileName, int flags);
-    /// The same with the keep-open switch off during the read and on afterwards.
+    /// The same with the keep-open switch off during the read and on afterwards. The switch is kept for hosts that
+    /// set it; files are never held open between calls.
     bool FileOpen_NoFileClose(std::wstring_view name, bool verifyFileName, int flags);
     /// From memory; keeps the object's name. Never signs again.
     bool FileOpen(const memfile& file, bool verifyFileName);

@@ -74,6 +74,8 @@ protected:
     /// Turns a code into the stated bool and notes the reason of a failure; a success takes an older note away.
     bool Answer(int code) const;
     bool Answer(GeoidReason reason) const;
+    /// Ends a `Calculate`: `metres` in project units where the code is kGeoidOk and there is a number to give.
+    bool Deliver(int code, double metres, double& value) const;
     /// Writes the whole dump of a model with one file, or with none when `path` is null.
     static void DumpOneFile(std::wostream& stream, const wchar_t* indent, int keyIndex, const std::wstring* path);
     /// The two ends of a dump; what stands between them is the model's own.

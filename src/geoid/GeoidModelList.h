@@ -47,7 +47,7 @@ private:
     std::vector<Registration> registrations;
 };
 
-/// Registers all models of this library in their order; called once by the host's initialiser, harmless again.
+/// Registers all models of this library in their order; called once by the host at start, harmless again.
 ORV_EXPORT void RegisterGeoidModels();
 
 /// Type id whose entry of GeoidmodelTypeKeys is `key`, or -1.

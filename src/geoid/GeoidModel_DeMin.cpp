@@ -6,9 +6,8 @@ GeoidModel_DeMin::GeoidModel_DeMin() : table(DeMinTable()) {}
 
 bool GeoidModel_DeMin::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     double height = 0.0, north = 0.0, east = 0.0;
-    if (DeMinAt(*table, latitude, longitude, &height, &north, &east) < 0) return Answer(kGeoidOutside);
-    value = height / unitFactor;
-    return true;
+    const int code = DeMinAt(*table, latitude, longitude, &height, &north, &east);
+    return Deliver(code < 0 ? kGeoidOutside : kGeoidOk, height, value);
 }
 
 void GeoidModel_DeMin::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {
@@ -19,9 +18,8 @@ GeoidModel_GeoNZ97::GeoidModel_GeoNZ97() : table(GeoNZ97Table()) {}
 
 bool GeoidModel_GeoNZ97::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     double height = 0.0, north = 0.0, east = 0.0;
-    if (GeoNZ97At(*table, latitude, longitude, &height, &north, &east) < 0) return Answer(kGeoidOutside);
-    value = height / unitFactor;
-    return true;
+    const int code = GeoNZ97At(*table, latitude, longitude, &height, &north, &east);
+    return Deliver(code < 0 ? kGeoidOutside : kGeoidOk, height, value);
 }
 
 void GeoidModel_GeoNZ97::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {

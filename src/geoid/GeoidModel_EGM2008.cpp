@@ -112,15 +112,13 @@ bool GeoidModel_EGM2008::Calculate(double latitude, double longitude, double, do
     }
 
     int code = kGeoidOk;
-    double height = 0.0;
+    double height = value;  // stays the caller's own where the method is none
     if (interpolationMethod == 0) code = Grid_interpolation_bilinear(*tile, longitude, latitude, height);
     if (interpolationMethod == 1) code = Grid_interpolation_bicubic(*tile, longitude, latitude, height);
     if (code != kGeoidOk && tile->values.empty()) {
         return Answer(tile->error.empty() ? GeoidReason::NoData : GeoidReason::NoFile);
     }
-    if (code != kGeoidOk) return Answer(code);
-    value = height / unitFactor;
-    return true;
+    return Deliver(code, height, value);
 }
 
 int GeoidModel_EGM2008::ReadFile(FileInfo& tile) const {

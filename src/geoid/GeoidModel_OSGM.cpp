@@ -18,7 +18,7 @@ bool GeoidModel_OSGM::SetFileName(std::wstring name) {
 
     std::string text;
     if (!ReadGridFile(kLocationGeoidModels, relativeName, info, text)) {
-        info.error = L"Failed to open file " + relativeName;
+        info.error = isGrid ? L"Failed to open file " + relativeName : std::wstring();
         return Answer(GeoidReason::NoFile);
     }
     if (isGrid) {
@@ -76,9 +76,7 @@ bool GeoidModel_OSGM::Calculate(double latitude, double longitude, double eastin
         if (!kilometres.Interpolate(x, y, node)) code = kGeoidOutside;
         height = node[0];
     }
-    if (code != kGeoidOk) return Answer(code);
-    value = height / unitFactor;
-    return true;
+    return Deliver(code, height, value);
 }
 
 void GeoidModel_OSGM::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {

@@ -109,12 +109,10 @@ bool GeoidModel_Quasigeoid<KeyIndex>::Calculate(double latitude, double longitud
                                                 std::wstring&) {
     if (info.status != kGeoidOk) return Answer(info.Reason());
     int code = kGeoidOk;
-    double height = 0.0;
+    double height = value;  // stays the caller's own where the method is none
     if (interpolationMethod == 0) code = grid.Grid_interpolation_bilinear(longitude, latitude, height);
     if (interpolationMethod == 1) code = grid.Grid_interpolation_bicubic(longitude, latitude, height);
-    if (code != kGeoidOk) return Answer(code);
-    value = height / unitFactor;
-    return true;
+    return Deliver(code, height, value);
 }
 
 template <int KeyIndex>

@@ -96,11 +96,8 @@ bool GeoidModel_RDNAP::Calculate(double x, double y, double& dx, double& dy, boo
 bool GeoidModel_RDNAP::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     if (!geoidGrid.Usable()) return Answer(geoidGrid.Reason());
     double height = 0.0;
-    if (const int code = Grid_interpolation(geoidGrid, longitude, latitude, height); code != kGeoidOk) {
-        return Answer(code);
-    }
-    value = height / unitFactor;
-    return true;
+    const int code = Grid_interpolation(geoidGrid, longitude, latitude, height);
+    return Deliver(code, height, value);
 }
 
 bool GeoidModel_RDNAP2008::Calculate(double latitude, double longitude, double easting, double northing, double& value,

@@ -14,7 +14,7 @@ bool GeoidModel_RDNAP2018::Calculate(double latitude, double longitude, double, 
     if (info.status != kGeoidOk) return Answer(info.Reason());
     double height = 0.0;
     const bool ok = BilinearGtx(grid, latitude, longitude, height);
-    value = height / unitFactor;
+    value = unitFactor == 1.0 ? height : height / unitFactor;  // most projects are in metres: no division there
     return ok || Answer(kGeoidOutside);
 }
 

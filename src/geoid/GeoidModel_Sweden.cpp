@@ -22,9 +22,7 @@ bool GeoidModel_Sweden::Calculate(double latitude, double longitude, double, dou
     if (grid.info.status != kGeoidOk) return Answer(grid.info.Reason());
     double height = 0.0;
     const int code = grid.Grid_interpolation(longitude, latitude, kRules, height);
-    if (code != kGeoidOk) return Answer(code);
-    value = height / unitFactor;
-    return true;
+    return Deliver(code, height, value);
 }
 
 void GeoidModel_Sweden::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {

@@ -1,11 +1,8 @@
 #include "geoid/GeoidModel_USStatePlane.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "core/ConfigKeys.h"
-#include "geoid/GridMath.h"
-#include "geoid/TextScan.h"
 #include "platform/notify/Notices.h"
 #include "platform/os/Clock.h"
 #include "platform/os/FileTools.h"
@@ -22,28 +19,6 @@ constexpr double kNoTide = -80.0;  // tidal values below mark no data
 constexpr double kAreaKeptMilliseconds = 15000.0;
 constexpr std::wstring_view kLmsl = L"LMSL";
 
-// A spline over `Size` x `Size` nodes, `before` of them south and west of the cell. False where the grid lacks one.
-template <int Size>
-bool SplineValue(const GtxGrid& grid, std::int32_t row, std::int32_t column, double u, double v, double& value) {
-    constexpr int before = Size / 2 - 1;
-    const std::int64_t firstRow = std::int64_t{row} - before, firstColumn = std::int64_t{column} - before;
-    if (firstRow + Size > grid.rows || firstColumn + Size > grid.columns) return false;
-    double across[Size];
-    for (int r = 0; r < Size; ++r) {
-        const std::int64_t k = (firstRow + r) * grid.columns + firstColumn;
-        std::array<std::int64_t, Size> at{};
-        for (int c = 0; c < Size; ++c) at[static_cast<std::size_t>(c)] = k + c;
-        std::array<float, Size> nodes{};
-        const auto any = [](float) { return kGeoidOk; };
-        if (TakeNodes(grid.values, 0, at, any, nodes) != kGeoidOk) return false;
-        std::array<double, Size> y{};
-        std::copy(nodes.begin(), nodes.end(), y.begin());
-        across[r] = SplineInterpolate(u + Size / 2, y.data(), Size);
-    }
-    value = SplineInterpolate(v + Size / 2, across, Size);
-    return true;
-}
-
 bool Contains(const std::wstring& text, std::wstring_view part) {
     return text.find(part) != text.npos;
 }
@@ -58,65 +33,6 @@ bool Replace(std::wstring& text, std::wstring_view from, std::wstring_view to) {
 }
 
 }  // namespace
-
-bool TidalBoundary::Holds(double x, double y) const {
-    for (const Polygon& polygon : polygons) {
-        bool inside = false;
-        for (std::size_t i = 0, j = polygon.size() - 1; i < polygon.size(); j = i++) {
-            const Point &a = polygon[i], &b = polygon[j];
-            const bool crosses = (a.latitude < y && b.latitude >= y) || (b.latitude < y && a.latitude >= y);
-            if (!crosses) continue;
-            const double edge =
-                a.longitude + (y - a.latitude) / (b.latitude - a.latitude) * (b.longitude - a.longitude);
-            if (x > edge) inside = !inside;
-        }
-        if (inside) return true;
-    }
-    return false;
-}
-
-std::vector<TidalBoundary::Polygon> ReadBoundary(std::string_view text) {
-    std::vector<TidalBoundary::Polygon> polygons;
-    std::int32_t ring = 0;
-    std::string_view line;
-    while (NextLine(text, line)) {
-        TidalBoundary::Point point{};
-        std::int32_t unused = 0, lineRing = 0;
-        TextScan in(line);
-        if (!in.Real(point.longitude) || !in.Real(point.latitude) || !in.Int(unused) || !in.Int(lineRing)) break;
-        if (polygons.empty() || lineRing != ring) polygons.emplace_back();
-        ring = lineRing;
-        polygons.back().push_back(point);
-    }
-    return polygons;
-}
-
-bool VdatumGridValue(const GtxGrid& grid, double latitude, double longitude, double& value) {
-    const bool inside = latitude >= grid.south && latitude <= grid.north &&  //
-                        longitude >= grid.west && longitude <= grid.east;
-    std::int32_t c = 0, r = 0;
-    const double x = (longitude - grid.west) / grid.longitudeStep, y = (latitude - grid.south) / grid.latitudeStep;
-    if (!inside || !FloorIndex(x, c) || !FloorIndex(y, r)) return false;
-    const double u = x - c, v = y - r;
-
-    const bool onNode = std::fabs(longitude - (c * grid.longitudeStep + grid.west)) < 0.0001 &&
-                        std::fabs(latitude - (r * grid.latitudeStep + grid.south)) < 0.0001;
-    if (onNode) {
-        std::array<float, 1> node{};
-        const auto any = [](float) { return kGeoidOk; };
-        if (TakeNodes(grid.values, 0, std::array{std::int64_t{grid.columns} * r + c}, any, node) != kGeoidOk)
-            return false;
-        value = node[0];
-        return true;
-    }
-    if (r >= 3 && r < grid.rows - 2 && c >= 3 && c < grid.columns - 2 && SplineValue<6>(grid, r, c, u, v, value)) {
-        return true;
-    }
-    if (r >= 2 && r < grid.rows - 1 && c >= 2 && c < grid.columns - 1 && SplineValue<4>(grid, r, c, u, v, value)) {
-        return true;
-    }
-    return BilinearGtx(grid, latitude, longitude, value);
-}
 
 bool GeoidModel_USStatePlane::Init(OrvGeoCoordSysBase* coordSys) {
     GeoidModel::Init(coordSys);

@@ -1,36 +1,15 @@
 #pragma once
 
+#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "geoid/GeoidModel.h"
+#include "geoid/TidalBoundary.h"
 #include "geoid/TileCache.h"
 #include "geoid/VdatumGrids.h"
 
 namespace orv {
-
-/// Outline of a tidal area: polygons of (longitude, latitude), longitudes -180 to 180.
-struct TidalBoundary {
-    struct Point {
-        double longitude, latitude;
-    };
-    using Polygon = std::vector<Point>;
-
-    std::wstring fileName;
-    double lastUse = 0.0;
-    std::vector<Polygon> polygons;
-
-    /// True for a position in any of the polygons.
-    ORV_EXPORT bool Holds(double longitude, double latitude) const;
-};
-
-/// The polygons of a boundary file: lines of longitude, latitude, a number, ring; up to the first line that isn't one.
-ORV_EXPORT std::vector<TidalBoundary::Polygon> ReadBoundary(std::string_view text);
-
-/// Geoid height by spline in a GTX grid; false outside, or where a short grid lacks a node. Exactly on a node (within
-/// 0.0001 degree) its own value.
-ORV_EXPORT bool VdatumGridValue(const GtxGrid& grid, double latitude, double longitude, double& value);
 
 /// Geoid heights of the United States from the vertical datum tree below the folder of the common project files; where
 /// a tidal area covers the position, brought to local mean sea level and to the chart datum. The file name is the key

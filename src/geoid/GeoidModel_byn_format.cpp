@@ -26,7 +26,7 @@ int GeoidModel_byn_format::ReadFile(std::span<const std::byte> bytes) {
     const auto factor = in.Read<double>();
     nodeSize = in.Read<std::int16_t>();
     if (type != 1 || frame.latitudeStep == 0.0 || frame.longitudeStep == 0.0) return kGeoidBadHeader;
-    if (factor == 0.0 || !frame.CountNodes(1.0)) return kGeoidBadHeader;
+    if (!frame.CountNodes(1.0)) return kGeoidBadHeader;
 
     in.Seek(80);
     const bool wide = nodeSize == 4;
@@ -53,9 +53,8 @@ int GeoidModel_byn_format::Grid_interpolation(double longitude, double latitude,
 bool GeoidModel_byn_format::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     if (info.status != kGeoidOk) return Answer(info.Reason());
     double height = 0.0;
-    if (const int code = Grid_interpolation(longitude, latitude, height); code != kGeoidOk) return Answer(code);
-    value = height / unitFactor;
-    return true;
+    const int code = Grid_interpolation(longitude, latitude, height);
+    return Deliver(code, height, value);
 }
 
 void GeoidModel_byn_format::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {

@@ -97,11 +97,8 @@ bool GeoidModel_hBG03::Calculate(double x, double y, double& dx, double& dy, boo
 bool GeoidModel_hBG03::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     if (!heightGrid.Usable()) return Answer(heightGrid.Reason());
     double height = 0.0;
-    if (const int code = Grid_interpolation(heightGrid, longitude, latitude, height); code != kGeoidOk) {
-        return Answer(code);
-    }
-    value = height / unitFactor;
-    return true;
+    const int code = Grid_interpolation(heightGrid, longitude, latitude, height);
+    return Deliver(code, height, value);
 }
 
 // The y grid comes from the same file as the x grid and has no block of its own.

@@ -43,6 +43,9 @@ inline int Is9999(double node) {
 struct GridCell {
     std::int32_t i = 0, j = 0;
     double u = 0.0, v = 0.0;  ///< 0 to 1 across the cell
+
+    std::int64_t Column(std::size_t further) const { return i + static_cast<std::int64_t>(further); }
+    std::int64_t Row(std::size_t further) const { return j + static_cast<std::int64_t>(further); }
 };
 
 /// A regular grid in degrees.

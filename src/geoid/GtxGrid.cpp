@@ -1,5 +1,6 @@
 #include "geoid/GtxGrid.h"
 
+#include <cmath>
 #include <limits>
 
 #include "platform/values/TruncToInt.h"
@@ -79,20 +80,21 @@ bool BilinearGtx(const GtxGrid& grid, double latitude, double longitude, double&
 
     // Right below the north edge the cell counts as having no upper row, so the last 0.0001 degree takes the row under
     // it as it stands. Users know the heights that come of it.
+    double height = 0.0;
     if (grid.north - latitude < 0.0001) {
         if (k + (lastColumn ? 0 : 1) >= node.size()) return false;
         const double q0 = node[k], q1 = node[lastColumn ? k : k + 1];
-        value = q0 * (1 - u) / (1 - u + u) + q1 * u / (1 - u + u);
-        return true;
-    }
-    if (lastColumn) {  // on the east edge the nodes further east have no weight, and there are none
+        height = q0 * (1 - u) / (1 - u + u) + q1 * u / (1 - u + u);
+    } else if (lastColumn) {  // on the east edge the nodes further east have no weight, and there are none
         if (k + columns >= node.size()) return false;
-        value = node[k] * (1 - v) + node[k + columns] * v;
-        return true;
+        height = node[k] * (1 - v) + node[k + columns] * v;
+    } else {
+        if (k + columns + 1 >= node.size()) return false;
+        height = node[k] * (1 - v) * (1 - u) + node[k + 1] * u * (1 - v) + node[k + columns] * (1 - u) * v +
+                 node[k + columns + 1] * u * v;
     }
-    if (k + columns + 1 >= node.size()) return false;
-    value = node[k] * (1 - v) * (1 - u) + node[k + 1] * u * (1 - v) + node[k + columns] * (1 - u) * v +
-            node[k + columns + 1] * u * v;
+    if (!std::isfinite(height)) return false;
+    value = height;
     return true;
 }
 

@@ -24,7 +24,7 @@ ORV_EXPORT int ReadGtx(std::span<const std::byte> bytes, GtxGrid& grid);
 int ReadGtx(std::wstring path, GridFileInfo& info, GtxGrid& grid);
 int ReadGtx(int location, std::wstring_view relative, GridFileInfo& info, GtxGrid& grid);
 
-/// All four edges belong to the grid; false outside, for NaN, and where a short file lacks a node. No node value means
+/// All four edges belong to the grid; false outside, for NaN, and where a short file lacks a node. No number stands for
 /// no data here.
 ORV_EXPORT bool BilinearGtx(const GtxGrid& grid, double latitude, double longitude, double& value);
 

@@ -32,6 +32,10 @@ struct VdatumGrid {
     bool Load();
 };
 
+/// Height by spline in a grid of the tree; false outside, or where a short grid lacks a node. Exactly on a node (within
+/// 0.0001 degree) its own value.
+ORV_EXPORT bool VdatumGridValue(const GtxGrid& grid, double latitude, double longitude, double& value);
+
 /// The grids of an index file, in its order, with names below `folder`. The list is empty on failure, which is a file
 /// that can't be opened.
 bool ReadInfFile(std::wstring_view folder, const std::wstring& infPath, std::vector<VdatumGrid>& list);

@@ -167,7 +167,7 @@ bool ProjectDefinition::InitSUI(const std::wstring& path) {
     suiMode = true;
     coordSysConverted = false;
     coordSysKey = COORDSYS_MODULE_KEY;
-    if (RegisterCoordSys()) ReadCoordSys(false);
+    if (RegisterCoordSys() && !ReadCoordSys(false)) coordSys.reset();
     suiMode = false;
     return true;
 }

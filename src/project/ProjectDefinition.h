@@ -34,6 +34,10 @@ public:
 
     // Opening and making: ProjectDefinition.cpp
 
+    /// Opens and derives. Beside reading, an open signs a project again that doesn't verify, adds a system unit that
+    /// the units file lacks, moves pictures and reports that older versions left in the project folder to their own
+    /// folders, and copies map images back beside the project. `saveCoordSys`: the coordinate module stores the
+    /// project's settings in its database. On false `LastProblem` tells why.
     virtual bool Init(const std::wstring& path, bool saveCoordSys);
     bool Init(const wchar_t* path, bool saveCoordSys) { return Init(std::wstring(path), saveCoordSys); }
     /// A small file that opens is a success even if its coordinate system fails to load; formats and units aren't read.
@@ -115,7 +119,7 @@ private:
     bool CheckCoordSysKey();
     bool RegisterCoordSys();
     bool ReadCoordSys(bool save);
-    bool CheckVesselPosCompGeoidModelCfg();
+    bool CheckVesselPosCompGeoidModelCfg();  ///< refuses a project whose old vessels would have to be converted
     bool ReadFormats();
     bool ReadUnits();
     bool HasProjectUnitExisted(const FileObject& unitsFile, const std::wstring& unitName) const;

@@ -2,7 +2,6 @@
 
 #include "core/ConfigKeys.h"
 #include "core/DataSearch.h"
-#include "platform/notify/Notices.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/PathText.h"
 #include "project/ProjectDefaults.h"
@@ -74,15 +73,17 @@ void ProjectDefinition::CopyFilesToProject(MoveFileType type) {
         return;
     for (const FolderEntry& entry : FindFiles(source, L"*.tif")) {
         if (entry.isFolder || FileExists(target + entry.name)) continue;
-        if (CopyWholeFile(source + entry.name, target + entry.name) != FsResult::Ok) {
-            Notify(Notice::Information, L"The map image " + source + entry.name + L" can't be copied to " + target);
-        }
+        // A copy that fails is tried again at the next start.
+        [[maybe_unused]] const FsResult result = CopyWholeFile(source + entry.name, target + entry.name);
     }
 }
 
-// The conversion reads the vessels of the project, which this version doesn't know yet: the project is refused, and
-// stays as it is, rather than opened with heights that nobody has checked.
+// The conversion reads the vessels of the project, which this version doesn't know yet: the project is refused rather
+// than opened with heights that nobody has checked. Nothing of it stays in memory, where its marks are gone already: a
+// later save would make it pass for converted.
 bool ProjectDefinition::CheckVesselPosCompGeoidModelCfg() {
+    Finalize();
+    FileClose();
     return Fail(L"The project holds geodesy of an older version, and this version doesn't convert it.");
 }
 

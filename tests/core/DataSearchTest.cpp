@@ -113,6 +113,7 @@ TEST_F(DataSearchStart, TheNarrowerDefinitionWins) {
                          {LOGGING_SECTION, L"Raw", L"0"},
                          {VESSEL_SECTION, vesselKeys[0], L"1"},
                          {VESSEL_SECTION, vesselKeys[1], L"4"},
+                         {VESSEL_SECTION, vesselKeys[2], L"0"},
                          {VESSEL_SECTION, vesselKeys[6], L"1"},
                          {PROGRAMS_SECTION, L"MASTER", L"1,orvmaster"},
                          {TOOL_SECTION, L"Ruler", L"0"}});
@@ -122,6 +123,7 @@ TEST_F(DataSearchStart, TheNarrowerDefinitionWins) {
                           {LOGGING_SECTION, L"Orv", L"0"},
                           {VESSEL_SECTION, vesselKeys[0], L"0"},
                           {VESSEL_SECTION, vesselKeys[1], L"1"},
+                          {VESSEL_SECTION, vesselKeys[2], L"1"},
                           {NETWORK_SECTION, networkKeys[0], L"1"},
                           {NETWORK_SECTION, networkKeys[1], L"2"},
                           {NETWORK_SECTION, networkKeys[2], L"6"}});
@@ -148,7 +150,7 @@ TEST_F(DataSearchStart, TheNarrowerDefinitionWins) {
     int n = 0, m = 0;
     EXPECT_TRUE(search.GetLoggingPermission(0, a) && !a && search.GetLoggingPermission(1, b) && !b);
     EXPECT_TRUE(search.GetLoggingPermission(2, c) && c && !search.GetLoggingPermission(23, c));
-    EXPECT_TRUE(search.GetVesselPermissions(a, n, b, m, c) && !a && n == 4 && b && m == kNoLimit && c);
+    EXPECT_TRUE(search.GetVesselPermissions(a, n, b, m, c) && !a && n == 4 && !b && m == kNoLimit && c);
     EXPECT_TRUE(search.GetNetworkPermissions(a, n, m) && a && n == 2 && m == 6);
     EXPECT_TRUE(search.GetSimulationFlag(a) && a && !search.GetDisableLoggingFlag(a) && !a);
     std::wstring name;

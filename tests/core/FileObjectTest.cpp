@@ -175,6 +175,8 @@ TEST(FileObject, CursorsSurviveChanges) {
     ASSERT_TRUE(file.GetNextSectionEntry(cursor, name));
     EXPECT_EQ(name, L"C");
     EXPECT_EQ(SectionNames(file), L"C|D|E|");
+    ASSERT_TRUE(file.FileOpen(memfile("[X]\n[Y]\n", 8, textencoding::utf8), L"other"));
+    EXPECT_FALSE(cursor.SetAt(L"k", L"v")) << "a cursor from before a reading finds nothing of its own";
 }
 
 TEST(FileObject, SectionOperations) {
@@ -228,6 +230,10 @@ TEST(FileObject, EncodingIsKept) {
     FileObject old = Opened(rows[2].bytes);
     EXPECT_TRUE(old.SetItem(L"S", L"name", L"\u4E2D", true));
     EXPECT_EQ(savedBytes(old), "[S]\r\nname=\xE4\xB8\xAD\r\n") << "what the old page can't hold isn't lost";
+    FileObject twisted = Opened("[S]\r\na=\xC3\xB6\r\nname=\xC4\r\n");
+    const std::wstring before = Text(twisted, L"S", L"a");
+    EXPECT_TRUE(twisted.SetItem(L"S", L"name", L"x", true));
+    EXPECT_EQ(Text(Opened(savedBytes(twisted)), L"S", L"a"), before) << "not taken for UTF-8 the next time";
 }
 
 TEST(FileObject, OpensAndSavesByName) {
@@ -257,7 +263,7 @@ TEST(FileObject, DamagedTextIsPutAsideBeforeItIsOverwritten) {
     WriteBytes(folder / L"a.ini", damaged);
     FileObject file;
     ASSERT_TRUE(file.FileOpen(folder / L"a.ini", kOpenRead));
-    ASSERT_TRUE(file.FileSave(L"", kSave));
+    ASSERT_TRUE(file.FileSave(L"", kSave) && file.FileSave(L"", kSave)) << "the second save keeps nothing more";
     std::vector<FolderEntry> entries;
     ASSERT_EQ(Files().List(folder.Path(), entries), FsResult::Ok);
     ASSERT_EQ(entries.size(), 2u);
@@ -291,7 +297,8 @@ TEST(FileObject, AgreesWithAPlainMap) {
                     RC_ASSERT(file.DeleteSection(section) == (model.erase(section) == 1));
                     break;
                 case 4:
-                    if (file.RenameSection(section, other)) {
+                    RC_ASSERT(file.RenameSection(section, other) == (model.count(section) && !model.count(other)));
+                    if (model.count(section) && !model.count(other)) {
                         model[other] = model[section];
                         model.erase(section);
                     }

@@ -1,32 +1,87 @@
 #include "geoid/GeoidModelList.h"
 
-#include <set>
-#include <sstream>
-
 #include "core/ConfigKeys.h"
-#include "support/TestSupport.h"
+#include "geoid/GeoidFolders.h"
 
 namespace orv::test {
 namespace {
-
-std::wstring Dump(GeoidModel& model, const wchar_t* indent = L"") {
-    std::wostringstream out;
-    model.DumpGeoidXml(out, indent);
-    return out.str();
-}
 
 const GeoidModelList& Registered() {
     RegisterGeoidModels();
     return GeoidModelList::GetGeoidModelList();
 }
 
-TEST(GeoidModelList, RegistersOnceWhateverTheCount) {
-    const std::size_t count = Registered().Registrations().size();
-    EXPECT_EQ(Registered().Registrations().size(), count);
-    std::set<unsigned short> ids;
-    for (const auto& known : Registered().Registrations()) {
-        EXPECT_TRUE(ids.insert(known.typeId).second) << known.typeId;
-        EXPECT_LT(known.typeId, GeoidmodelTypeKeys.size());
+// Name, type id, row of the key that the dump prints, and the files that it lists: below the common project files with
+// a leading '8', below the geoid models with an 'M', as they are with an '='.
+const struct {
+    const wchar_t* name;
+    unsigned short typeId;
+    std::size_t key;
+    std::vector<std::pair<std::wstring, std::wstring>> files;  // block or empty, file
+} kRows[] = {
+    {L"GeoidModelDeMin", 2, 2, {}},
+    {L"GeoidModelDeMin", 21, 21, {}},
+    {L"GeoidModelDeMin", 22, 22, {{L"", L"MNoordzee reductionmatrix/LAT2006.01"}}},
+    {L"GeoidModelRDNAP",
+     4,
+     13,
+     {{L"fileinfogrid", L"Mnetherlands/nlgeo04.grd"},
+      {L"fileinfodx", L"Mnetherlands/x2c.grd"},
+      {L"fileinfody", L"Mnetherlands/y2c.grd"}}},
+    {L"GeoidModelhBG03", 5, 5, {{L"fileinfogrid", L"Mbelgium/hBG03.grd"}, {L"fileinfodx", L"Mbelgium/xyGridLb72.grd"}}},
+    {L"GeoidModelSwen01", 6, 6, {{L"", L"MSweden/f.grd"}}},
+    {L"GeoidModelNorway", 19, 19, {{L"", L"MNorway/f.bin"}}},
+    {L"GeoidModelStatePlane", 7, 7, {{L"fileinfolist", L""}}},
+    {L"GeoidModelHARN", 8, 8, {}},  // its dump is held where its grids are
+    {L"GeoidModelOSTN", 25, 25, {{L"", L"=United Kingdom/f"}}},
+    {L"GeoidModelOSGM", 24, 24, {{L"", L"=United Kingdom/f"}}},
+    {L"GeoidModelRDNAP2008",
+     13,
+     13,
+     {{L"fileinfogrid", L"Mnetherlands/nlgeo04.grd"},
+      {L"fileinfodx", L"Mnetherlands/x2c.grd"},
+      {L"fileinfody", L"Mnetherlands/y2c.grd"}}},
+    {L"GeoidModelDVR90", 14, 14, {{L"", L"MDenmark/f"}}},
+    {L"GeoidModel_QuasigeoidEGG97", 16, 16, {{L"", L"8f"}}},
+    {L"GeoidModelNull", 17, 17, {}},
+    {L"GeoidModel_EGM2008", 18, 18, {{L"", L"8Und_min1x1_egm2008_isw=82_WGS84_TideFree_SE"}}},
+    {L"GeoidModel_Quasigeoid_GCG", 20, 20, {{L"", L"8f"}}},
+    {L"GeoidModel_byn_format", 23, 23, {{L"", L"8f"}}},
+    {L"GeoidModel_TrimbleGridFile", 26, 26, {{L"", L"8f"}}},
+    {L"GeoidModel_VORF", 27, 27, {{L"", L"=f"}}},
+    {L"GeoidModelRDNAP2018", 28, 22, {{L"", L"MNetherlands/f"}}},
+    {L"GeoidModelRDNAP2018Hor", 29, 29, {{L"", L"MNetherlands/f"}}},
+};
+
+TEST(GeoidModelList, AllModelsInTheirOrderOnce) {
+    Registered();
+    const auto& registrations = Registered().Registrations();
+    ASSERT_EQ(registrations.size(), std::size(kRows));
+    for (std::size_t i = 0; i < std::size(kRows); ++i) {
+        EXPECT_EQ(registrations[i].name, kRows[i].name) << i;
+        EXPECT_EQ(registrations[i].typeId, kRows[i].typeId) << i;
+    }
+    EXPECT_EQ(Registered().Create(1), nullptr);
+}
+
+TEST(GeoidModelList, WhatEveryModelDumps) {
+    const GeoidFolders folders;
+    for (const auto& row : kRows) {
+        if (row.typeId == 8) continue;
+        const auto model = MakeModel(row.typeId);
+        model->SetFileName(L"f");
+        std::wstring expected = L"<geoidmodel>\n  <name>" + std::wstring(GeoidmodelTypeKeys[row.key]) + L"</name>\n";
+        for (const auto& [block, file] : row.files) {
+            const std::wstring name = file.empty() ? file : file.substr(1);
+            const std::wstring path = file[0] == L'8'   ? folders.Common(name)
+                                      : file[0] == L'M' ? folders.Models(name)
+                                                        : name;
+            const std::wstring line = L"  <filename>" + path + L"</filename>\n";
+            if (!block.empty()) expected += L"  <" + block + L">\n";
+            if (!file.empty()) expected += block.empty() ? line : L"  " + line;
+            if (!block.empty()) expected += L"  </" + block + L">\n";
+        }
+        EXPECT_EQ(Dump(*model), expected + L"</geoidmodel>\n") << row.typeId;
     }
 }
 

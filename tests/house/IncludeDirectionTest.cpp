@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/text/PathText.h"
 #include "support/TestSupport.h"
 
 namespace {
@@ -28,6 +29,7 @@ const std::set<std::pair<std::string, std::string>> kUpward = {
     {"core/DataSearchPaths.cpp", "project"},       // asks it for log folders
     {"core/DataSearchPaths.cpp", "housekeeping"},  // asks the history for old copies
     {"core/DataSearchRights.cpp", "users"},        // asks the access levels
+    {"surveydata/LogFileName.cpp", "project"},  // asks it how logs are named
 };
 
 std::vector<std::string> IncludesOf(const fs::path& file) {
@@ -105,6 +107,14 @@ TEST(House, OneWayForEachThing) {
             }
         }
     });
+}
+
+// The page of code that a reader copies is the one that the tests build and run.
+TEST(House, ReadmeQuotesTheExample) {
+    const std::string example = orv::test::ReadBytes(orv::PathFromBytes(ORV_SOURCE_DIR) + L"/examples/host/host.cpp");
+    const std::string readme = orv::test::ReadBytes(orv::PathFromBytes(ORV_SOURCE_DIR) + L"/README.md");
+    EXPECT_FALSE(example.empty());
+    EXPECT_NE(readme.find(example), std::string::npos);
 }
 
 }  // namespace

@@ -199,6 +199,7 @@ TEST_F(Project, LoadsAndConvertsItsCoordinateSystem) {
     script.calls.clear();
     Remove(COORDSYSTEM_SECTION, GEODESY_VERSION_KEY);
     EXPECT_FALSE(Opens());
+    EXPECT_FALSE(project->FileInitialised()) << "nothing is left that a save could make pass for converted";
     EXPECT_EQ(script.calls, (std::vector<std::wstring>{L"sat 0", L"convert", L"load Renamed/WGS 84 - Mercator none",
                                                        L"convert project"}));
 }
@@ -214,6 +215,7 @@ TEST_F(Project, MissingModuleIsSaid) {
 TEST_F(Project, SmallFormSucceedsWithoutItsCoordinateSystem) {
     script.loads = false;
     ASSERT_TRUE(installation.Search().InitProjectSUI());
+    EXPECT_EQ(project->GetGeoCoordSys(), nullptr);
     EXPECT_TRUE(test::Exists(installation.SystemFolder() + L"ProjectSUI.prj"));
     std::wstring version;
     EXPECT_TRUE(project->GetItem(COORDSYSTEM_SECTION, GEODESY_VERSION_KEY, version) && version == L"1.0.1");

@@ -19,8 +19,8 @@ struct CoordSysNames {
 };
 
 /// A project's coordinate system, as a coordinate module implements it. Made by `OrvGeoCoordSysList::Create`. The
-/// virtual operations stand in a fixed order: new ones go to the end. Main thread, but for the two conversions, which
-/// any thread may call after `Load` or `Configure`.
+/// virtual operations stand in a fixed order: new ones go to the end. Main thread, but for
+/// `GeoToGrid`, `GridToGeo`, `Unit` and `HeightSeparation`, which any thread may call after `Load` or `Configure`.
 class ORV_EXPORT OrvGeoCoordSysBase {
 public:
     virtual ~OrvGeoCoordSysBase() = default;

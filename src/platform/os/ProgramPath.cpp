@@ -1,5 +1,6 @@
 #include "platform/os/ProgramPath.h"
 
+#include <dlfcn.h>
 #include <unistd.h>
 
 #include <array>
@@ -39,6 +40,21 @@ std::wstring ReadDataRoot(const std::wstring& folder) {
     if (ReadWholeFile(folder + L"orv-data-root", bytes, Share::DenyNone, 65536) != FsResult::Ok) return {};
     const std::wstring line = PathFromBytes(bytes.substr(0, bytes.find_first_of("\r\n")));
     return ToNativePath(TrimBlanks(line));
+}
+
+constexpr std::wstring_view kDataFolder = L"share/orv/";
+
+// <prefix>/share/orv/ where this library lies in <prefix>/lib/ or a folder below it.
+std::wstring DataFolderOfLibrary() {
+    Dl_info info;
+    if (dladdr(reinterpret_cast<const void*>(&DataFolderOfLibrary), &info) == 0 || !info.dli_fname) return {};
+    std::wstring folder = GetFolderFromPath(RealFileSystem().RealPath(PathFromBytes(info.dli_fname)));
+    for (int level = 0; level < 2 && !folder.empty(); ++level) {
+        const std::wstring inner = WithoutSeparator(folder);
+        folder = GetFolderFromPath(inner);
+        if (GetNameFromPath(inner) == L"lib") return folder + std::wstring(kDataFolder);
+    }
+    return {};
 }
 
 }  // namespace
@@ -88,8 +104,11 @@ bool CheckAppPathForDevelopEnvironment(std::wstring& folder) {
         return true;
     }
     const std::wstring bin = WithoutSeparator(base);
-    if (GetNameFromPath(bin) != L"bin") return false;
-    const std::wstring share = GetFolderFromPath(bin) + L"share/orv/";
+    std::wstring share;
+    if (GetNameFromPath(bin) == L"bin") share = GetFolderFromPath(bin) + std::wstring(kDataFolder);
+    // A host that is still in its own build tree belongs to the installation whose library it runs with, unless it
+    // brings system files of its own.
+    if (!FolderExists(share) && FindFiles(base, L"*.ini").empty()) share = DataFolderOfLibrary();
     if (!FolderExists(share)) return false;
     folder = share;
     return true;

@@ -1,0 +1,31 @@
+# Installs the build into a folder of its own, builds examples/host against the package there, and runs it.
+set(prefix ${BUILD}/install-example/prefix)
+set(work ${BUILD}/install-example/host)
+file(REMOVE_RECURSE ${prefix})
+
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "${ARGN}:\n${output}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix})
+set(flags "")
+if(SANITIZE)
+  set(flags "-fsanitize=${SANITIZE}")
+endif()
+run(${CMAKE_COMMAND} -S ${SOURCE}/examples/host -B ${work} -G Ninja -DCMAKE_PREFIX_PATH=${prefix}
+  -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${flags})
+run(${CMAKE_COMMAND} --build ${work})
+set(installation ${BUILD}/install-example/installation)
+file(REMOVE_RECURSE ${installation})
+run(${prefix}/bin/orvcfg init ${installation})
+run(${prefix}/bin/orvcfg --system ${installation}/system geoid add ${SOURCE}/tests/grids/nlgeo2018.gtx)
+run(${prefix}/bin/orvcfg --system ${installation}/system project create Harbour --title "Harbour basin"
+  --group Netherlands --system "RD New - NAP 2018" --geoid GeoidModelRDNAP2018 --geoid-file nlgeo2018.gtx)
+run(${work}/host ${installation}/system Harbour)
+if(NOT output MATCHES "project: Harbour basin.*LogData/.*separation: 42\\.1[0-9]+ m")
+  message(FATAL_ERROR "the example said:\n${output}")
+endif()

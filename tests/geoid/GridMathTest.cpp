@@ -1,0 +1,59 @@
+#include "geoid/GridMath.h"
+
+#include "support/TestSupport.h"
+
+namespace orv::test {
+namespace {
+
+TEST(GridMath, SplineIsNaturalAndSmooth) {
+    const double y[] = {1, 4, 2, 2, 5, 3};
+    for (const int n : {4, 6}) {
+        const auto at = [&](double x) { return SplineInterpolate(x, y, n); };
+        const auto bend = [&](double x, double h) { return (at(x + h) - 2 * at(x) + at(x - h)) / (h * h); };
+        for (int k = 1; k < n; ++k) EXPECT_NEAR(at(k), y[k - 1], 1e-12) << "goes through value " << k;
+        for (int k = 2; k < n; ++k) {
+            const double left = (at(k) - at(k - 1e-5)) / 1e-5, right = (at(k + 1e-5) - at(k)) / 1e-5;
+            EXPECT_NEAR(left, right, 1e-3) << "one slope at " << k;
+            EXPECT_NEAR(bend(k - 1e-3, 5e-4), bend(k + 1e-3, 5e-4), 0.05) << "one bend at " << k;
+        }
+        EXPECT_NEAR(bend(1.001, 5e-4), 0, 0.02) << "straight at its ends";
+        EXPECT_NEAR(bend(n - 0.001, 5e-4), 0, 0.02);
+        EXPECT_NEAR(at(-3) - at(-2), at(-2) - at(-1), 1e-12) << "and beyond";
+        EXPECT_NEAR(at(n + 3) - at(n + 2), at(n + 2) - at(n + 1), 1e-12);
+    }
+}
+
+TEST(GridMath, KernelWeights) {
+    for (const double t : {0.0, 0.25, 0.7, 1.0}) {
+        const CubicWeights w = KernelWeights(t), slope = KernelSlopes(t), later = KernelWeights(t + 1e-6);
+        EXPECT_NEAR(w[0] + w[1] + w[2] + w[3], 1, 1e-12);
+        EXPECT_NEAR(-w[0] + w[2] + 2 * w[3], t, 1e-12) << "a straight line stays one";
+        for (std::size_t k = 0; k < 4; ++k) EXPECT_NEAR(slope[k], (later[k] - w[k]) / 1e-6, 1e-5);
+    }
+}
+
+TEST(GridMath, SinglePrecisionIsKept) {
+    // 0.1f and 16777216 are as unlike in single and double precision as can be.
+    const std::array<float, 4> q = {16777216.0f, 0.1f, 16777216.0f, 0.1f};
+    EXPECT_EQ(BilinearSingleDifferences(q, 1, 0), 0.0) << "the difference rounds";
+    EXPECT_EQ(Bilinear(q, 1, 0), static_cast<double>(0.1f));
+    EXPECT_EQ(BilinearSingle({1.0f, 1.0f, 1.0f, 1.00000012f}, 0.5f, 0.5f), 1.0f) << "every step rounds";
+    EXPECT_FLOAT_EQ(InterpolateCubic(0.1f, 0.2f, 0.4f, 0.7f, 0.5f), 0.275f);
+}
+
+TEST(GridMath, TakeNodesInOrder) {
+    const std::vector<float> nodes = {1, 9999, std::nanf(""), 4};
+    std::array<float, 2> out{};
+    const auto code = [&](std::int64_t a, std::int64_t b, std::int64_t lowest) {
+        return TakeNodes(nodes, lowest, std::array{a, b}, Is9999, out);
+    };
+    EXPECT_EQ(code(0, 3, 0), kGeoidOk);
+    EXPECT_EQ(code(0, 3, 1), kGeoidOutside);
+    EXPECT_EQ(code(1, 4, 0), kGeoidNoData) << "the first that fails tells";
+    EXPECT_EQ(code(4, 1, 0), kGeoidOutside);
+    EXPECT_EQ(code(3, 2, 0), kGeoidNoData) << "what is no number is no data";
+    EXPECT_EQ(code(-1, 3, -5), kGeoidOutside);
+}
+
+}  // namespace
+}  // namespace orv::test
