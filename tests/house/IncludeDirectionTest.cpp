@@ -29,7 +29,7 @@ const std::set<std::pair<std::string, std::string>> kUpward = {
     {"core/DataSearchPaths.cpp", "project"},       // asks it for log folders
     {"core/DataSearchPaths.cpp", "housekeeping"},  // asks the history for old copies
     {"core/DataSearchRights.cpp", "users"},        // asks the access levels
-    {"surveydata/LogFileName.cpp", "project"},  // asks it how logs are named
+    {"surveydata/LogFileName.cpp", "project"},     // asks it how logs are named
 };
 
 std::vector<std::string> IncludesOf(const fs::path& file) {
