@@ -59,6 +59,7 @@ inline constexpr std::wstring_view INTERFACE_DEF_FILENAME = L"InterfaceDefinitio
 inline constexpr std::wstring_view USER_ACCESS_LEVELS_INI_FILENAME = L"UserAccessLevels.ini";
 inline constexpr std::wstring_view USER_ACCESS_LEVELS_BAK_FILENAME = L"UserAccessLevels.bak";
 inline constexpr std::wstring_view USER_ACCESS_LEVELS_EXTENSION = L".ual";
+inline constexpr std::wstring_view USER_ACCOUNTS_FILENAME = L"UserAccounts.ini";
 inline constexpr std::wstring_view PROJECT_FILENAME = L"Project.prj";
 inline constexpr std::wstring_view PROJECT_SUI_FILENAME = L"ProjectSUI.prj";
 inline constexpr std::wstring_view PROJECTS_COMMON_FILES = L"Projects Common Files";
@@ -289,6 +290,16 @@ inline constexpr std::wstring_view GEODESY_VERSION_KEY = L"GeodesyVersion";
 inline constexpr std::wstring_view GEODESY_VERSION = L"1.0.1";  ///< value of the present layout
 inline constexpr std::wstring_view OLD_GEOID_MODE = L"OldGeoidMode";
 inline constexpr std::wstring_view UNITS_DEFAULT_SECTION = L"Default";  ///< of the units file
+
+// Project, housekeeping
+
+inline constexpr std::wstring_view FILE_HISTORY_SECTION = L"FileHistory";
+inline constexpr std::wstring_view FILE_HISTORY_ENABLED = L"Enabled";
+inline constexpr std::wstring_view DISK_SPACE_SECTION = L"DiskSpace";
+inline constexpr std::wstring_view MAX_DAYS = L"MaxDays";  ///< of both
+inline constexpr std::wstring_view MAX_DAYS_ENABLED = L"MaxDaysEnabled";
+inline constexpr std::wstring_view MIN_FREE = L"MinFree";
+inline constexpr std::wstring_view MIN_FREE_ENABLED = L"MinFreeEnabled";
 
 // Coordinate modules and what a new project gets
 

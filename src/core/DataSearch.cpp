@@ -7,7 +7,10 @@
 #include "platform/service/BrandingConfig.h"
 #include "platform/service/Multibeam.h"
 #include "platform/text/PathText.h"
-// Upward: every application reaches its project and its users' rights through this one object, which owns both.
+// Upward: every application reaches its project, its file history and its users' rights through this one object, which
+// owns them, and opening a project gives the background workers their settings.
+#include "housekeeping/DiskSpaceManager.h"
+#include "housekeeping/FileHistoryBackup.h"
 #include "project/ProjectDefinition.h"
 #include "users/UserAccessLevelsFile.h"
 
@@ -38,7 +41,9 @@ void DataSearch::SetDataSearch(std::unique_ptr<DataSearch> dataSearch) {
 }
 
 DataSearch::DataSearch()
-    : projectDefinition(std::make_shared<ProjectDefinition>()), accessLevels(std::make_unique<UserAccessLevelsFile>()) {
+    : projectDefinition(std::make_shared<ProjectDefinition>()),
+      fileHistory(std::make_unique<FileHistory>()),
+      accessLevels(std::make_unique<UserAccessLevelsFile>()) {
     GetFileTypeList();  // for hosts that hold an object of their own
 }
 
@@ -155,11 +160,23 @@ bool DataSearch::InitProject(std::wstring projectName, bool saveCoordSys) {
         orvIni.SetProjectPath(folder);
     }
     if (!projectDefinition->Init(path, saveCoordSys)) return false;
+    LoadHousekeeping();
 
     int showNoDetectionBeams = 0;
     projectDefinition->GetItem(OPTIONS_SECTION, SHOW_NO_DETECTION_BEAMS, showNoDetectionBeams);
     Multibeam::SetShowNoDetectionBeams(showNoDetectionBeams);
     return true;
+}
+
+void DataSearch::LoadHousekeeping() {
+    FileHistoryBackup& backup = FileHistoryBackup::Instance();
+    DiskSpaceManager& diskSpace = DiskSpaceManager::Instance();
+    // Their settings may change only while they rest; the host wakes them again.
+    backup.Stop();
+    diskSpace.Stop();
+    fileHistory->LoadSettings(*this);
+    backup.LoadSettings(*this);
+    diskSpace.LoadSettings(*this);
 }
 
 bool DataSearch::InitProjectSUI() {

@@ -15,6 +15,7 @@
 
 namespace orv {
 
+class FileHistory;
 class ProjectDefinition;
 class UserAccessLevelsFile;
 struct DataSearchStatus;
@@ -180,6 +181,7 @@ public:
     void GetAllAppItems(int level, int value, const std::wstring& prefix, std::vector<int>& out) const;
     std::vector<std::wstring> GetUserLevels() const;  ///< those of the last read
     bool IsUalIniValid() const { return !ualInvalid; }
+    std::wstring GetDefaultUserName() const;  ///< who is logged in without a password; empty if nobody
 
 protected:
     DataSearch();
@@ -191,6 +193,7 @@ private:
     friend struct DataSearchStatus;
     bool Fail(int status) const;
     bool InitFileTypes();
+    void LoadHousekeeping();
     bool OpenAppDef(const std::wstring& appDefName);
     bool OpenUserDef();
 
@@ -218,6 +221,7 @@ private:
     ProgramDefFile_IO appDef, userDef;
     OrvIniFile_IO orvIni;
     std::shared_ptr<ProjectDefinition> projectDefinition;
+    std::unique_ptr<FileHistory> fileHistory;  // always there
     std::int64_t fileHistoryTime = 0;
     mutable std::atomic<int> errorStatus = 0;  // workers' queries write it too
     std::wstring userLevel;

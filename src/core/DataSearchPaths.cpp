@@ -9,7 +9,8 @@
 #include "platform/service/Translator.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/PathText.h"
-// Upward: the folders of logs and of their backup are the project's.
+// Upward: the folders of logs and of their backup are the project's; files of a past moment are the history's.
+#include "housekeeping/FileHistory.h"
 #include "project/ProjectDefinition.h"
 
 namespace orv {
@@ -245,7 +246,12 @@ void ForEachSupportedType(Visit visit) {
 }  // namespace
 
 bool DataSearch::GetFullPath(unsigned id, std::wstring& name) const {
-    return GetFullPathForWriting(id, name);
+    std::wstring asked = name;
+    if (!GetFullPathForWriting(id, name)) return false;
+    if (fileHistoryTime == 0 || !fileHistory->IsEnabled() || IsFullPath(asked)) return true;
+    if (asked.empty() && !GetDefaultFileName(id, asked)) return true;
+    if (fileHistory->GetFullPath(id, asked, fileHistoryTime)) name = asked;
+    return true;
 }
 
 bool DataSearch::GetFullPathForWriting(unsigned id, std::wstring& name) const {

@@ -4,8 +4,10 @@
 #include "core/DataSearch.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/NumberText.h"
-// Upward: DataSearch owns the levels file of the site and turns it into what the user's level denies.
+// Upward: DataSearch owns the levels file of the site and turns it into what the user's level denies, and is asked for
+// the user of a station without log-in.
 #include "users/UserAccessLevelsFile.h"
+#include "users/UserAccountsFile.h"
 
 namespace orv {
 
@@ -87,6 +89,10 @@ void DataSearch::GetAllAppItems(int level, int value, const std::wstring& prefix
 
 std::vector<std::wstring> DataSearch::GetUserLevels() const {
     return accessLevels->Levels();
+}
+
+std::wstring DataSearch::GetDefaultUserName() const {
+    return UserAccountsFile().GetDefaultUserName();
 }
 
 }  // namespace orv

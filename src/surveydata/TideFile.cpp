@@ -18,6 +18,7 @@ namespace {
 static_assert(sizeof(TideFile::Record) == TideFile::kRecordSize && std::endian::native == std::endian::little,
               "records are read and written as they lie in memory");
 
+constexpr std::ptrdiff_t kNear = 8;  // records to each side of a guess
 constexpr std::size_t kNotAsHere = std::numeric_limits<std::size_t>::max();
 
 bool ByTime(const TideFile::Record& a, const TideFile::Record& b) {
@@ -128,8 +129,17 @@ std::size_t TideFile::FirstNotBefore(double time) const {
     for (std::size_t i = near; i < near + 2 && i < records.size(); ++i) {
         if (records[i].time >= time && (i == 0 || records[i - 1].time < time)) return i;
     }
-    const auto found = std::lower_bound(records.begin(), records.end(), Record{time, 0}, ByTime);
-    return static_cast<std::size_t>(found - records.begin());
+    // Gauges measure at even intervals: the place can be told from the time, and nearly all of a search is spared.
+    auto first = records.begin(), last = records.end();
+    if (std::ssize(records) > 2 * kNear && time > records.front().time && time < records.back().time) {
+        const double part = (time - records.front().time) / (records.back().time - records.front().time);
+        const auto guess = static_cast<std::ptrdiff_t>(part * static_cast<double>(records.size() - 1));
+        const auto low = first + std::max(guess - kNear, std::ptrdiff_t{0});
+        const auto high = first + std::min(guess + kNear, std::ssize(records) - 1);
+        if (low->time < time) first = low;
+        if (high->time >= time) last = high;
+    }
+    return static_cast<std::size_t>(std::lower_bound(first, last, Record{time, 0}, ByTime) - records.begin());
 }
 
 std::size_t TideFile::FirstAfter(double time) const {

@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <ctime>
 #include <limits>
+
+#include "platform/values/TruncToInt.h"
 
 namespace orv {
 
@@ -84,6 +87,25 @@ std::int64_t CalendarToUtc(const CalendarTime& utc) {
 
 double CExTime::GetCurTime() {
     return static_cast<double>(TheClock().UtcMilliseconds());
+}
+
+std::wstring CExTime::TimeToString(double time, int, int, int) {
+    std::int64_t seconds = 0;
+    if (!TruncToInt(std::floor(time / 1000.0), seconds)) return {};
+    const CalendarTime local = LocalCalendar(seconds);
+    std::wstring text = L"0000-00-00 00:00:00";
+    const auto put = [&text](std::size_t last, std::size_t digits, int value) {
+        for (unsigned rest = static_cast<unsigned>(value); digits > 0; --digits, --last, rest /= 10) {
+            text[last] = static_cast<wchar_t>(L'0' + rest % 10);
+        }
+    };
+    put(3, 4, local.year);
+    put(6, 2, local.month);
+    put(9, 2, local.day);
+    put(12, 2, local.hour);
+    put(15, 2, local.minute);
+    put(18, 2, local.second);
+    return text;
 }
 
 }  // namespace orv

@@ -7,6 +7,9 @@
 
 namespace orv {
 
+/// A moment: seconds since 1970 UTC.
+using CTime = std::int64_t;
+
 /// A moment broken down, in local time or UTC as the operation says.
 struct CalendarTime {
     int year = 1970, month = 1, day = 1;  ///< month 1..12, day 1..31
@@ -33,6 +36,9 @@ ORV_EXPORT std::int64_t CalendarToUtc(const CalendarTime& utc);
 class ORV_EXPORT CExTime {
 public:
     static double GetCurTime();
+    /// "YYYY-MM-DD HH:MM:SS", local, of milliseconds since 1970 UTC. The three switches of the suite's form stand for
+    /// date and time with seconds; all values give it here.
+    static std::wstring TimeToString(double time, int date, int milliseconds, int seconds);
 };
 
 }  // namespace orv

@@ -118,6 +118,10 @@ FsResult FailingFileSystem::CopyAttributes(std::wstring_view from, std::wstring_
     return counter->Forward([&] { return counter->base.CopyAttributes(from, to); });
 }
 
+FsResult FailingFileSystem::CopyOwner(std::wstring_view from, std::wstring_view to) {
+    return counter->Forward([&] { return counter->base.CopyOwner(from, to); });
+}
+
 FsResult FailingFileSystem::SetReadOnly(std::wstring_view path, bool readOnly) {
     return counter->Forward([&] { return counter->base.SetReadOnly(path, readOnly); });
 }

@@ -43,6 +43,7 @@ struct OpenMode {
     bool truncate = false;  ///< empty it once the lock is held
     Share share = Share::DenyWrite;
     bool createNew = false;  ///< make it; Exists if the name is taken, also by a link
+    bool ownerOnly = false;  ///< what is made may be read and written by its owner alone
 };
 
 struct FileStatus {
@@ -58,7 +59,8 @@ struct FileStatus {
 
 struct FolderEntry {
     std::wstring name;
-    bool isFolder = false;
+    bool isFolder = false;  ///< also a link to one
+    bool isLink = false;
 };
 
 /// An open file. Closed by its destructor. One thread at a time.
@@ -104,6 +106,8 @@ public:
     [[nodiscard]] virtual FsResult Replace(std::wstring_view from, std::wstring_view to) = 0;
     /// Mode, owner and group of `from` onto `to`. Owner and group as far as the system lets us.
     [[nodiscard]] virtual FsResult CopyAttributes(std::wstring_view from, std::wstring_view to) = 0;
+    /// Owner and group of `from` onto `to`, as far as the system lets us; the mode stays.
+    [[nodiscard]] virtual FsResult CopyOwner(std::wstring_view from, std::wstring_view to) = 0;
     [[nodiscard]] virtual FsResult SetReadOnly(std::wstring_view path, bool readOnly) = 0;
     [[nodiscard]] virtual FsResult SetModified(std::wstring_view path, std::int64_t seconds,
                                                std::int64_t nanoseconds) = 0;
@@ -141,6 +145,7 @@ public:
     FsResult Rename(std::wstring_view from, std::wstring_view to) override;
     FsResult Replace(std::wstring_view from, std::wstring_view to) override;
     FsResult CopyAttributes(std::wstring_view from, std::wstring_view to) override;
+    FsResult CopyOwner(std::wstring_view from, std::wstring_view to) override;
     FsResult SetReadOnly(std::wstring_view path, bool readOnly) override;
     FsResult SetModified(std::wstring_view path, std::int64_t seconds, std::int64_t nanoseconds) override;
     FsResult SyncFolder(std::wstring_view folder) override;

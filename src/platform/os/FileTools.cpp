@@ -38,11 +38,15 @@ FsResult SaveInPlace(File& file, std::string_view bytes) {
     return result;
 }
 
-FsResult SaveBeside(FileSystem& files, const std::wstring& target, bool exists, std::string_view bytes) {
+FsResult SaveBeside(FileSystem& files, const std::wstring& target, bool exists, std::string_view bytes,
+                    SaveAccess access) {
     TemporaryFile temporary(files, target);
-    FsResult result = temporary.Create();
+    const bool ownerOnly = access == SaveAccess::OwnerOnly;
+    FsResult result = temporary.Create(ownerOnly);
     // Before the content: what only some may read must not lie open for a moment.
-    if (result == FsResult::Ok && exists) result = temporary.TakeAttributes(target);
+    if (result == FsResult::Ok && exists) {
+        result = ownerOnly ? temporary.TakeOwner(target) : temporary.TakeAttributes(target);
+    }
     if (result == FsResult::Ok) result = temporary.Write(bytes);
     if (result == FsResult::Ok) result = temporary.Finish();
     if (result == FsResult::Ok) result = temporary.Place();
@@ -87,13 +91,13 @@ FsResult ReadWholeFile(std::wstring_view path, std::string& bytes, Share share, 
     return result != FsResult::Ok ? result : ReadAll(*file, bytes, limit);
 }
 
-FsResult SaveWholeFile(std::wstring_view path, std::string_view bytes) {
+FsResult SaveWholeFile(std::wstring_view path, std::string_view bytes, SaveAccess access) {
     FileSystem& files = Files();
     const std::wstring target = files.RealPath(path);
     std::unique_ptr<File> held;
     const FsResult result = HoldTarget(files, target, held);
     if (result != FsResult::Ok) return result;
-    const FsResult saved = SaveBeside(files, target, held != nullptr, bytes);
+    const FsResult saved = SaveBeside(files, target, held != nullptr, bytes, access);
     if (saved != FsResult::Denied || !held) return saved;
     const FsResult inPlace = SaveInPlace(*held, bytes);
     held.reset();

@@ -17,11 +17,18 @@ namespace orv {
 [[nodiscard]] ORV_EXPORT FsResult ReadWholeFile(std::wstring_view path, std::string& bytes,
                                                 Share share = Share::DenyWrite, std::uint64_t limit = 1ull << 31);
 
+/// Who may read and write a saved file.
+enum class SaveAccess {
+    AsBefore,   ///< who could before; a new file as the system's defaults have it
+    OwnerOnly,  ///< its owner alone, from the first moment on, also where more could before
+};
+
 /// Puts `bytes` in the place of the file's content so that a power cut, a kill or a full disk at any point leaves the
 /// old content or the new, whole. Links are followed to their target, mode and owner are kept. Refuses a read-only
 /// file (ReadOnly) and one that somebody holds open exclusively (InUse). Where no new file can be made in the folder
 /// it writes in place and says so on the message channel.
-[[nodiscard]] ORV_EXPORT FsResult SaveWholeFile(std::wstring_view path, std::string_view bytes);
+[[nodiscard]] ORV_EXPORT FsResult SaveWholeFile(std::wstring_view path, std::string_view bytes,
+                                                SaveAccess access = SaveAccess::AsBefore);
 
 /// Copies through a temporary name and keeps the modification time; an existing target is replaced. `cancel` is asked
 /// between blocks. On failure or cancel nothing is left at the target that wasn't there before.

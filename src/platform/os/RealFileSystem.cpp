@@ -102,6 +102,12 @@ std::string ReadLink(const std::string& name) {
     return size <= 0 ? std::string() : std::string(target.data(), static_cast<std::size_t>(size));
 }
 
+bool IsLinkEntry(DIR* folder, const dirent& entry) {
+    if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_LNK;
+    struct stat status;
+    return fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+}
+
 bool IsFolderEntry(DIR* folder, const dirent& entry) {
     if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return entry.d_type == DT_DIR;
     struct stat status;
@@ -164,7 +170,7 @@ public:
         while (const dirent* const entry = readdir(open)) {
             const std::string_view entryName = entry->d_name;
             if (entryName != "." && entryName != "..") {
-                found.push_back({PathFromBytes(entryName), IsFolderEntry(open, *entry)});
+                found.push_back({PathFromBytes(entryName), IsFolderEntry(open, *entry), IsLinkEntry(open, *entry)});
             }
             errno = 0;
         }
@@ -240,6 +246,14 @@ public:
         return ResultOf(chmod(target.c_str(), mode));
     }
 
+    FsResult CopyOwner(std::wstring_view from, std::wstring_view to) override {
+        const std::string target = NameOnDisk(to);
+        struct stat wanted;
+        if (stat(NameOnDisk(from).c_str(), &wanted) != 0) return FromErrno(errno);
+        if (chown(target.c_str(), wanted.st_uid, wanted.st_gid) == 0 || errno == EPERM) return FsResult::Ok;
+        return FromErrno(errno);
+    }
+
     FsResult SetReadOnly(std::wstring_view path, bool readOnly) override {
         const std::string name = NameOnDisk(path);
         struct stat status;
@@ -312,7 +326,7 @@ private:
             if (error != ENOENT || !mode.create) return FromErrno(error);
         }
         const int create = O_CREAT | (mode.createNew ? O_EXCL : 0);
-        descriptor = Retry([&] { return open(name.c_str(), flags | create, 0666); });
+        descriptor = Retry([&] { return open(name.c_str(), flags | create, mode.ownerOnly ? 0600 : 0666); });
         return descriptor >= 0 ? FsResult::Ok : FromErrno(errno);
     }
 };

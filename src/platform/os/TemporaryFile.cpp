@@ -21,13 +21,14 @@ std::wstring TemporaryName(std::wstring_view target) {
 
 }  // namespace
 
-FsResult TemporaryFile::Create() {
+FsResult TemporaryFile::Create(bool ownerOnly) {
     // A name is taken where a process of the same number was killed in a save.
     constexpr int tries = 100;
     for (int i = 0; i < tries; ++i) {
         const std::wstring name = TemporaryName(target);
-        const FsResult result =
-            files.Open(name, {.read = false, .write = true, .share = Share::DenyNone, .createNew = true}, file);
+        const OpenMode mode = {
+            .read = false, .write = true, .share = Share::DenyNone, .createNew = true, .ownerOnly = ownerOnly};
+        const FsResult result = files.Open(name, mode, file);
         if (result == FsResult::Ok) path = name;
         if (result != FsResult::Exists) return result;
     }

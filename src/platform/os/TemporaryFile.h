@@ -19,7 +19,7 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     /// Makes it under a hidden name that nobody else uses.
-    [[nodiscard]] FsResult Create();
+    [[nodiscard]] FsResult Create(bool ownerOnly = false);
     [[nodiscard]] FsResult Write(std::string_view bytes) { return file->Write(bytes.data(), bytes.size()); }
     /// To the disk, and closes.
     [[nodiscard]] FsResult Finish();
@@ -27,6 +27,9 @@ public:
     [[nodiscard]] FsResult CopyFrom(std::wstring_view source, const std::atomic<bool>* cancel);
     /// Mode and owner of `other`.
     [[nodiscard]] FsResult TakeAttributes(std::wstring_view other) { return files.CopyAttributes(other, path); }
+
+    /// Owner of `other`; the mode stays.
+    [[nodiscard]] FsResult TakeOwner(std::wstring_view other) { return files.CopyOwner(other, path); }
 
     /// In the place of the target, whether there is one or not; flushes the folder.
     [[nodiscard]] FsResult Place();

@@ -1,0 +1,142 @@
+#include "housekeeping/DiskSpaceManager.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "core/ConfigKeys.h"
+#include "core/DataSearch.h"
+#include "platform/os/FileTools.h"
+#include "platform/values/TruncToInt.h"
+#include "project/ProjectDefinition.h"
+
+namespace orv {
+
+namespace {
+
+constexpr std::int64_t kSecondsPerDay = 86400;
+constexpr std::wstring_view kDeleted = L"[Disk Space Manager] Deleted file: %s";
+
+struct LoggedFile {
+    std::wstring path;
+    std::uint64_t length = 0;
+    CTime created = 0;
+};
+
+/// Oldest first. A file whose status can't be had is left alone. Empty once `stop` is set.
+std::vector<LoggedFile> ListFiles(const TypeFolder& type, const std::atomic<bool>& stop) {
+    std::vector<LoggedFile> files;
+    for (const FolderEntry& entry : FindFiles(type.folder, L"*" + type.extension)) {
+        if (stop) return {};
+        if (entry.isFolder || entry.isLink) continue;
+        const std::wstring path = type.folder + entry.name;
+        FileStatus status;
+        if (Files().Status(path, status) != FsResult::Ok || !status.exists) continue;
+        files.push_back({path, status.size, status.created});
+    }
+    std::stable_sort(files.begin(), files.end(),
+                     [](const LoggedFile& a, const LoggedFile& b) { return a.created < b.created; });
+    return files;
+}
+
+std::uint64_t AddClipped(std::uint64_t a, std::uint64_t b) {
+    return b > std::numeric_limits<std::uint64_t>::max() - a ? std::numeric_limits<std::uint64_t>::max() : a + b;
+}
+
+}  // namespace
+
+DiskSpaceSetup LoadDiskSpaceSetup(const FileObject& project) {
+    DiskSpaceSetup setup;
+    project.GetItem(DISK_SPACE_SECTION, MAX_DAYS_ENABLED, setup.maxDaysEnabled);
+    project.GetItem(DISK_SPACE_SECTION, MAX_DAYS, setup.maxDays);
+    project.GetItem(DISK_SPACE_SECTION, MIN_FREE_ENABLED, setup.minFreeEnabled);
+    project.GetItem(DISK_SPACE_SECTION, MIN_FREE, setup.minFree);
+    return setup;
+}
+
+bool StoreDiskSpaceSetup(FileObject& project, const DiskSpaceSetup& setup) {
+    project.DeleteSection(DISK_SPACE_SECTION);
+    return project.SetItem(DISK_SPACE_SECTION, MAX_DAYS_ENABLED, setup.maxDaysEnabled, true) &&
+           project.SetItem(DISK_SPACE_SECTION, MAX_DAYS, setup.maxDays, true) &&
+           project.SetItem(DISK_SPACE_SECTION, MIN_FREE_ENABLED, setup.minFreeEnabled, true) &&
+           project.SetItem(DISK_SPACE_SECTION, MIN_FREE, setup.minFree, true);
+}
+
+DiskSpaceManager& DiskSpaceManager::Instance() {
+    DataSearch::GetDataSearch();  // made first, so that it outlives the worker
+    static DiskSpaceManager manager;
+    return manager;
+}
+
+DiskSpaceManager::DiskSpaceManager() : worker([this](const std::atomic<bool>& stop) { Round(stop); }) {}
+
+bool DiskSpaceManager::LoadSettings(DataSearch& search) {
+    const DiskSpaceSetup setup = LoadDiskSpaceSetup(search.GetProjectDefinition());
+    // A negative age would take files that aren't written yet for old: no such rule.
+    maxDaysEnabled = setup.maxDaysEnabled && setup.maxDays >= 0;
+    maxDays = setup.maxDays;
+    minFreeEnabled = setup.minFreeEnabled;
+    minFree = 0;
+    return TruncToInt(setup.minFree, minFree) || setup.minFree <= 0;
+}
+
+DiskSpaceManager::TypeFolders DiskSpaceManager::FindTypeFolders() const {
+    const DataSearch& search = DataSearch::GetDataSearch();
+    std::vector<unsigned> ids;
+    int count = 0;
+    search.GetFileIDs(kLocationLogData, ids, count, 0);
+    TypeFolders types;
+    for (const unsigned id : ids) {
+        if (auto type = FindTypeFolder(search, id)) types.push_back(std::move(*type));
+    }
+    return types;
+}
+
+void DiskSpaceManager::Start(CTime now) {
+    if ((!maxDaysEnabled && !minFreeEnabled) || now <= requestedTime) return;
+    // The worker gets its folders here: settings and project belong to the main thread.
+    TypeFolders types = FindTypeFolders();
+    {
+        const std::lock_guard lock(mutex);
+        requestedTime = now;
+        requestedTypes = std::move(types);
+    }
+    worker.Wake();
+}
+
+void DiskSpaceManager::DeleteOldFiles(CTime time) {
+    const std::atomic<bool> never{false};
+    for (const TypeFolder& type : FindTypeFolders()) DeleteOldFilesIn(time, type, never);
+}
+
+void DiskSpaceManager::Round(const std::atomic<bool>& stop) {
+    CTime time = 0;
+    TypeFolders types;
+    {
+        const std::lock_guard lock(mutex);
+        time = requestedTime;
+        types = requestedTypes;
+    }
+    for (const TypeFolder& type : types) {
+        if (stop) return;
+        DeleteOldFilesIn(time, type, stop);
+    }
+}
+
+void DiskSpaceManager::DeleteOldFilesIn(CTime time, const TypeFolder& type, const std::atomic<bool>& stop) {
+    // A disk that is full to the last byte has a free space of 0, which is known, and the best reason to go on.
+    const std::optional<std::uint64_t> known = Files().FreeSpace(type.folder);
+    if (!known) return;
+    std::uint64_t free = *known;
+    if (!maxDaysEnabled && free >= minFree) return;
+    const CTime threshold = time - maxDays * kSecondsPerDay;
+    for (const LoggedFile& file : ListFiles(type, stop)) {
+        const bool tooOld = maxDaysEnabled && file.created < threshold;
+        const bool spaceNeeded = minFreeEnabled && free < minFree;
+        if (stop || (!tooOld && !spaceNeeded)) return;
+        if (Files().Remove(file.path) == FsResult::Ok) reports.Report(kLevelInformation, kDeleted, file.path);
+        // Also where it failed: one file that stays must not cost all younger ones their place.
+        free = AddClipped(free, file.length);
+    }
+}
+
+}  // namespace orv

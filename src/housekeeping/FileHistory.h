@@ -1,0 +1,74 @@
+#pragma once
+
+#include <atomic>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "housekeeping/TypeFolder.h"
+#include "platform/os/Clock.h"
+#include "platform/os/FileSystem.h"
+
+namespace orv {
+
+class FileObject;
+
+/// Dated copies of configuration and project files: copies what has changed, removes what is too old, and finds the
+/// copy that was valid at a moment. A copy is called title + "_YYYY-MM-DD-hhmm" + extension, local time. Links are
+/// neither copied nor taken for copies.
+///
+/// `LoadSettings` and the queries: main thread, while no round is made. A round: any thread.
+class ORV_EXPORT FileHistory {
+public:
+    FileHistory() = default;
+    virtual ~FileHistory() = default;
+    FileHistory(const FileHistory&) = delete;
+    FileHistory& operator=(const FileHistory&) = delete;
+
+    void SetMessageLog(BaseORVMessage* messageLog) { reports.Set(messageLog); }
+    /// From the current project. False, and the history is off, if the history folder is unknown.
+    bool LoadSettings(DataSearch& search);
+    bool IsEnabled() const { return enabled; }
+    /// One round over all types under history; `stop` ends it after the file under way. Main thread.
+    void MakeBackup(CTime now, const std::atomic<bool>& stop);
+    /// `path`: a title, and on success the full path of its newest copy before the minute of `time`, or of the oldest.
+    bool GetFullPath(unsigned typeId, std::wstring& path, CTime time) const;
+
+protected:
+    using TypeFolders = std::vector<TypeFolder>;
+    TypeFolders FindTypeFolders() const;  ///< of the types under history; main thread
+    void MakeBackup(const TypeFolders& types, CTime now, const std::atomic<bool>& stop);
+
+private:
+    using Names = std::vector<std::wstring>;  ///< copies of one title, without extension, oldest first
+    struct DataFile {
+        std::wstring path, title, extension;
+    };
+    static std::wstring GetTimePart(CTime time);
+    static Names FindFiles(const std::vector<FolderEntry>& history, std::wstring_view title,
+                           std::wstring_view extension);
+    std::wstring CopyPath(const std::wstring& name, const std::wstring& extension) const;
+    void BackupFile(const DataFile& file, Names& copies, std::vector<FolderEntry>& history, CTime now,
+                    const std::atomic<bool>& stop);
+    void PurgeOld(const DataFile& file, const Names& copies, CTime now);
+
+    ReportTarget reports;
+    std::wstring historyFolder;  ///< ends in a separator
+    bool enabled = false;
+    int maxDays = 30;
+    std::map<unsigned, std::wstring> fileTypes;  ///< extension, with its dot, by type id
+};
+
+/// What the form of a project's file history shows and stores.
+struct FileHistorySetup {
+    bool enabled = false;
+    int maxDays = 30;
+    std::vector<unsigned> types;
+};
+/// Types that may be put under history: all supported ones but vessels and logged data, by description.
+ORV_EXPORT std::vector<unsigned> ListHistoryTypes(const DataSearch& search);
+ORV_EXPORT FileHistorySetup LoadFileHistorySetup(const FileObject& project);
+ORV_EXPORT bool StoreFileHistorySetup(FileObject& project, const FileHistorySetup& setup);  ///< the caller saves
+
+}  // namespace orv
