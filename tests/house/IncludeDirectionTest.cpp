@@ -21,15 +21,16 @@ const std::map<std::string, int> kLayers = {{"platform", 0},   {"core", 1},    {
                                             {"surveydata", 2}, {"project", 3}, {"housekeeping", 4}, {"users", 4},
                                             {"frontend", 5},   {"modules", 6}, {"apps", 6}};
 
-// Source, and the folder above that it reaches into. Sources only, but for the attributes.
+// Source, and the folder above that it reaches into.
 const std::set<std::pair<std::string, std::string>> kUpward = {
-    {"core/DataSearch.cpp", "project"},            // opens and owns the project
-    {"core/DataSearch.cpp", "users"},              // owns the access levels
-    {"core/DataSearch.cpp", "housekeeping"},       // owns the file history, sets up the workers
-    {"core/DataSearchPaths.cpp", "project"},       // asks it for log folders
-    {"core/DataSearchPaths.cpp", "housekeeping"},  // asks the history for old copies
-    {"core/DataSearchRights.cpp", "users"},        // asks the access levels
-    {"surveydata/LogFileName.cpp", "project"},     // asks it how logs are named
+    {"platform/attributes/CAttributeMap.cpp", "core"},  // attributes are items of configuration files
+    {"core/DataSearch.cpp", "project"},                 // opens and owns the project
+    {"core/DataSearch.cpp", "users"},                   // owns the access levels
+    {"core/DataSearch.cpp", "housekeeping"},            // owns the file history, sets up the workers
+    {"core/DataSearchPaths.cpp", "project"},            // asks it for log folders
+    {"core/DataSearchPaths.cpp", "housekeeping"},       // asks the history for old copies
+    {"core/DataSearchRights.cpp", "users"},             // asks the access levels
+    {"surveydata/LogFileName.cpp", "project"},          // asks it how logs are named
 };
 
 std::vector<std::string> IncludesOf(const fs::path& file) {
