@@ -5,12 +5,16 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/ProtectedFileObject.h"
 #include "platform/coord/OrvGeoCoordSysBase.h"
+#include "platform/values/COrvDouble3D.h"
 #include "platform/values/COrvUnitCnv.h"
 
 namespace orv {
+
+class VesselConfig;
 
 enum coord_format : std::int32_t { kGridFormat = 1, kGeographicFormat = 2 };
 
@@ -18,6 +22,19 @@ enum coord_format : std::int32_t { kGridFormat = 1, kGeographicFormat = 2 };
 ORV_EXPORT const std::array<std::wstring_view, kUnitKinds>& UnitKindNames();
 
 enum class MoveFileType { Images = 0, Reports = 1 };
+
+/// What the conversion of an old project makes of one of its vessels.
+struct VesselUpgrade {
+    enum class Outcome { NotOpened, AlreadyConverted, Converts, Refused };
+    unsigned id = 0;
+    std::wstring path;
+    Outcome outcome = Outcome::NotOpened;
+    std::wstring problem;  ///< why it is refused, in the words that opening the project shows
+    bool reducesHeights = false;
+    std::wstring model;             ///< row of GeoidmodelTypeKeys, where heights are reduced
+    double manualSeparation = 0.0;  ///< metres
+    COrvDouble3D postCorrection;    ///< metres
+};
 
 /// The project: one protected file and what is derived from it when it opens: display formats, units, the live
 /// coordinate system. `DataSearch` owns one. Setters change memory; the caller saves. Main thread.
@@ -106,6 +123,20 @@ public:
                                                           const std::wstring& geoidChartDatum,
                                                           const std::wstring& postModelName,
                                                           const std::wstring& postModelFile) const;
+
+    // Old vessels: ProjectConversion.cpp
+
+    /// Converts the geodesy of a vessel that comes from another project, in memory; the caller saves it. True if it was
+    /// of the old form and its devices agree; a disagreement is shown. Without `checkComputations` only the datum
+    /// transformation of the devices is looked at.
+    bool FixOldVesselCfg(VesselConfig& vessel, bool checkComputations);
+    /// Stores what the vessel's computations agree on in the module's database and in this project (memory).
+    bool AddGeoidInfoToDB(VesselConfig& vessel);
+    /// What opening the project at `path` would do to its vessels, of the open installation's current project, without
+    /// writing or showing anything. False with `LastProblem` if the project itself can't be read. An unmarked project
+    /// has an empty plan: nothing is converted.
+    bool PlanUpgrade(const std::wstring& path, std::vector<VesselUpgrade>& plan);
+
     /// Why the last `Init` failed, in words, for tools; empty if it didn't.
     const std::wstring& LastProblem() const { return lastProblem; }
 
@@ -119,7 +150,16 @@ private:
     bool CheckCoordSysKey();
     bool RegisterCoordSys();
     bool ReadCoordSys(bool save);
-    bool CheckVesselPosCompGeoidModelCfg();  ///< refuses a project whose old vessels would have to be converted
+    // Conversion of old vessels: ProjectConversion.cpp
+    bool CheckVesselPosCompGeoidModelCfg();
+    template <class Visit>
+    void ForEachVessel(Visit visit) const;
+    bool CheckLinkedCompCfg(VesselConfig& vessel, bool checkComputations);
+    bool CheckUserCompCfg(const VesselConfig& vessel);
+    bool CheckDeviceDtf(VesselConfig& vessel, const std::wstring& section);
+    bool CheckOldCompCfg(const std::wstring& group, const VesselConfig& vessel, const std::wstring& section);
+    bool SaveGeoidInfoToDB();
+    bool Refuse(std::wstring_view text);
     bool ReadFormats();
     bool ReadUnits();
     bool HasProjectUnitExisted(const FileObject& unitsFile, const std::wstring& unitName) const;
@@ -148,6 +188,7 @@ private:
     std::unique_ptr<OrvGeoCoordSysBase> coordSys;
     std::wstring coordSysKey;
     bool firstGeoidSeen = false, firstCorrectionSeen = false;
+    bool planning = false;  // nothing is shown: the refusals are told one by one
     std::int32_t deviceTransformationState = -1;
     bool suiMode = false;
     std::wstring lastProblem;

@@ -78,13 +78,4 @@ void ProjectDefinition::CopyFilesToProject(MoveFileType type) {
     }
 }
 
-// The conversion reads the vessels of the project, which this version doesn't know yet: the project is refused rather
-// than opened with heights that nobody has checked. Nothing of it stays in memory, where its marks are gone already: a
-// later save would make it pass for converted.
-bool ProjectDefinition::CheckVesselPosCompGeoidModelCfg() {
-    Finalize();
-    FileClose();
-    return Fail(L"The project holds geodesy of an older version, and this version doesn't convert it.");
-}
-
 }  // namespace orv
