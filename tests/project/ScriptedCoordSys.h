@@ -5,12 +5,14 @@
 #include <vector>
 
 #include "platform/coord/OrvGeoCoordSysFactories.h"
+#include "platform/text/NumberText.h"
 
 namespace orv::test {
 
 /// What a scripted coordinate system does, and what it was asked.
 struct CoordSysScript {
     bool loads = true, converts = false, saves = true;
+    bool changes = false;                          ///< its database is changed by what is added
     std::wstring unitName, unitMnemonic = L"fth";  ///< the one unit that its database defines
     double unitFactor = 1.8288;
     double gridUnit = 1.0;  ///< of its grid coordinates, in metres
@@ -33,22 +35,28 @@ public:
         if (script.converts) group = L"Renamed";
         return script.converts;
     }
-    bool AddGeoidModel(const std::wstring&, const std::wstring&, const std::wstring&, const std::wstring&,
-                       bool) override {
-        return false;
+    bool AddGeoidModel(const std::wstring& group, const std::wstring& system, const std::wstring& key,
+                       const std::wstring& file, bool overwrite) override {
+        return Add(overwrite, L"geoid " + group + L"/" + system + L" " + key + L" '" + file + L"'");
     }
-    bool AddManualSeparation(const std::wstring&, const std::wstring&, const std::wstring&, double, bool) override {
-        return false;
+    bool AddManualSeparation(const std::wstring& group, const std::wstring& system, const std::wstring& key,
+                             double separation, bool overwrite) override {
+        return Add(overwrite, L"manual " + group + L"/" + system + L" " + key + L" " + ShortestText(separation));
     }
-    bool AddPostCorrection(const std::wstring&, const std::wstring&, double, double, double, const std::wstring&,
-                           const std::wstring&, bool) override {
-        return false;
+    bool AddPostCorrection(const std::wstring&, const std::wstring&, double x, double y, double z,
+                           const std::wstring& key, const std::wstring& text, bool overwrite) override {
+        return Add(overwrite, L"post " + ShortestText(x) + L" " + ShortestText(y) + L" " + ShortestText(z) + L" " +
+                                  key + L" '" + text + L"'");
     }
     std::wstring ListEntry(const std::wstring&, const std::wstring& system) override { return system; }
     std::vector<std::wstring> Groups() override { return {}; }
     std::vector<std::wstring> Systems(const std::wstring&) override { return {}; }
 
 private:
+    bool Add(bool overwrite, const std::wstring& call) {
+        script.calls.push_back(call + (overwrite ? L"" : L" kept"));
+        return script.changes;
+    }
     CoordSysScript& script;
 };
 
