@@ -161,7 +161,7 @@ ExitCode Repair(Session& session, const NameArguments& arguments) {
 }  // namespace
 
 void AddProject(CLI::App& app, Session& session) {
-    CLI::App* group = AddGroup(app, "project", "Make, list, show and repair projects");
+    CLI::App* group = AddGroup(app, "project", "Make, list, show, repair and upgrade projects");
     AddProjectCreate(*group, session);
     CLI::App* list = AddCommand(*group, "list", "List the projects with title, coordinate system and signature",
                                 "  orvcfg --system /srv/survey/system project list");
@@ -180,6 +180,7 @@ void AddProject(CLI::App& app, Session& session) {
                    "The choice of application definition and configuration is emptied: select them again.");
     repair->add_option("NAME", repaired->name, "Project. Default: the current one");
     OnRun(repair, session, repaired, Repair);
+    AddProjectUpgrade(*group, session);
     AddProjectSystems(*group, session);
 }
 

@@ -14,6 +14,7 @@ void AddInit(CLI::App& app, Session& session);
 void AddProject(CLI::App& app, Session& session);
 void AddProjectCreate(CLI::App& project, Session& session);
 void AddProjectSystems(CLI::App& project, Session& session);
+void AddProjectUpgrade(CLI::App& project, Session& session);
 void AddPaths(CLI::App& app, Session& session);
 void AddTypes(CLI::App& app, Session& session);
 void AddFiles(CLI::App& app, Session& session);

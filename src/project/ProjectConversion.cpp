@@ -259,7 +259,7 @@ bool ProjectDefinition::SaveGeoidInfoToDB() {
     return _BackupCoordSysInfo() || Fail(L"The coordinate system can't be saved into the project.");
 }
 
-bool ProjectDefinition::PlanUpgrade(const std::wstring& path, std::vector<VesselUpgrade>& plan) {
+bool ProjectDefinition::PlanUpgrade(const std::wstring& path, bool& marked, std::vector<VesselUpgrade>& plan) {
     lastProblem.clear();
     coordSysConverted = false;
     // Not verified, so never signed again on the way.
@@ -268,7 +268,8 @@ bool ProjectDefinition::PlanUpgrade(const std::wstring& path, std::vector<Vessel
                     L".");
     }
     if (!CheckCoordSysKey() || !RegisterCoordSys() || !ReadCoordSys(false)) return false;
-    if (!HasKey(COORDSYSTEM_SECTION, OLD_GEOID_MODE) && !coordSysConverted) return true;
+    marked = HasKey(COORDSYSTEM_SECTION, OLD_GEOID_MODE) || coordSysConverted;
+    if (!marked) return true;
     postCorrectionX = postCorrectionY = postCorrectionZ = 0.0;
     firstCorrectionSeen = planning = true;
     deviceTransformationState = -1;

@@ -133,9 +133,9 @@ public:
     /// Stores what the vessel's computations agree on in the module's database and in this project (memory).
     bool AddGeoidInfoToDB(VesselConfig& vessel);
     /// What opening the project at `path` would do to its vessels, of the open installation's current project, without
-    /// writing or showing anything. False with `LastProblem` if the project itself can't be read. An unmarked project
-    /// has an empty plan: nothing is converted.
-    bool PlanUpgrade(const std::wstring& path, std::vector<VesselUpgrade>& plan);
+    /// writing or showing anything. `marked` tells whether the project is to be converted at all; the plan is empty if
+    /// not. False with `LastProblem` if the project or its coordinate system can't be read.
+    bool PlanUpgrade(const std::wstring& path, bool& marked, std::vector<VesselUpgrade>& plan);
 
     /// Why the last `Init` failed, in words, for tools; empty if it didn't.
     const std::wstring& LastProblem() const { return lastProblem; }

@@ -153,7 +153,8 @@ TEST_F(Conversion, AcceptsWhatAgreesAndRefusesTheRestInItsWords) {
             const NoticeRecorder quiet;
             const std::string before = test::ReadBytes(VesselPath(0));
             ProjectDefinition planned;
-            ASSERT_TRUE(planned.PlanUpgrade(path, plan));
+            bool marked = false;
+            ASSERT_TRUE(planned.PlanUpgrade(path, marked, plan) && marked);
             ASSERT_EQ(plan.size(), one.vessels.size());
             EXPECT_EQ(quiet.Text(Notice::Message), L"") << "a plan shows nothing by itself";
             EXPECT_EQ(test::ReadBytes(VesselPath(0)), before);
