@@ -60,7 +60,7 @@ private:
         for (; at < text.size(); at += kWord) {
             std::uint64_t word = 0;
             for (std::size_t i = std::min(text.size() - at, kWord); i-- > 0;) {
-                const auto character = static_cast<std::uint32_t>(text[at + i]);
+                const std::uint32_t character = static_cast<char32_t>(text[at + i]);
                 all |= character;
                 word = word << 8 | (character & 0xFF);
             }
