@@ -45,10 +45,12 @@ std::string MakeText(int sections) {
     return text;
 }
 
+constexpr std::size_t kNames = 1024;
+
 std::vector<Name> NamesOf(int sections, int kind) {
     std::vector<Name> names;
     unsigned state = 12345;
-    for (int i = 0; i < 1024; ++i) {
+    for (std::size_t i = 0; i < kNames; ++i) {
         state = state * 1664525u + 1013904223u;
         const int s = static_cast<int>((state >> 8) % static_cast<unsigned>(sections));
         const int k = static_cast<int>((state >> 20) % 20u) * 3 + (kind < 3 ? kind : 0);
@@ -119,7 +121,7 @@ void GetOurs(benchmark::State& state, int kind) {
     int number = 0;
     double real = 0;
     for (auto _ : state) {
-        const Name& name = names[i++ % names.size()];
+        const Name& name = names[i++ % kNames];
         if (kind == kText) benchmark::DoNotOptimize(file.GetItem(name.wideSection, name.wideKey, text));
         if (kind == kInt) benchmark::DoNotOptimize(file.GetItem(name.wideSection, name.wideKey, number));
         if (kind == kDouble) benchmark::DoNotOptimize(file.GetItem(name.wideSection, name.wideKey, real));
@@ -131,7 +133,7 @@ void GetPeer(benchmark::State& state, int kind) {
     const std::vector<Name> names = NamesOf(kLarge, kind);
     std::size_t i = 0;
     for (auto _ : state) {
-        const Name& name = names[i++ % names.size()];
+        const Name& name = names[i++ % kNames];
         if (kind == kInt) {
             benchmark::DoNotOptimize(
                 g_key_file_get_integer(file.get(), name.section.c_str(), name.key.c_str(), nullptr));

@@ -119,7 +119,7 @@ std::string AngleText(double degrees, Angle kind, unsigned flags, int decimals) 
         std::string last;
         AppendFixed(last, static_cast<double>(whole % sixty) / unit, decimals);
         std::int64_t rest = whole / sixty;
-        const auto two = [](std::string digits) {
+        const auto two = [](const std::string& digits) {
             return (digits.find('.') == 1 || digits.size() == 1 ? "0" : "") + digits;
         };
         const std::string middle = seconds ? two(std::to_string(rest % 60)) + "'" : "";

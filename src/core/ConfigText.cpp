@@ -49,34 +49,53 @@ std::uint64_t Load(const char* data) {
     return word;
 }
 
-// The last bytes, fewer than eight, as a number; `size` is not 0.
-std::uint64_t LoadTail(const char* data, std::size_t size) {
-    if (size >= 4) return Load<std::uint32_t>(data) | Load<std::uint32_t>(data + size - 4) << (8 * (size - 4));
-    const auto byte = [data](std::size_t at) {
-        return static_cast<std::uint64_t>(static_cast<unsigned char>(data[at]));
-    };
-    return byte(0) | byte(size / 2) << 8 | byte(size - 1) << 16;
+constexpr std::size_t kWord = sizeof(std::uint64_t);
+
+// The last bytes of a text, `size` modulo eight of them and not 0, as a number with zeros above.
+std::uint64_t LastWord(const char* text, std::size_t size) {
+    const std::size_t left = size % kWord;
+    if (size >= kWord) return Load<std::uint64_t>(text + size - kWord) >> (8 * (kWord - left));
+    std::uint64_t word = 0;
+    for (std::size_t i = left; i-- > 0;) word = word << 8 | static_cast<unsigned char>(text[i]);
+    return word;
 }
 
-std::uint64_t Hash(std::string_view text, std::uint64_t seed) {
+// Two words a step, as the multiplications wait for each other. With `padded`, zeros fill up the last word.
+std::uint64_t Hash(std::string_view text, bool padded, std::uint64_t seed) {
     constexpr std::uint64_t kPrime = 0xA0761D6478BD642Full;
+    const std::uint64_t secret = std::rotl(Seed(), 32);
+    const char* const data = text.data();
+    const std::size_t left = text.size() % kWord, whole = text.size() - left;
+    const auto last = [&] { return padded ? Load<std::uint64_t>(data + whole) : LastWord(data, text.size()); };
     std::uint64_t hash = seed ^ (text.size() * kPrime);
-    const char* data = text.data();
-    std::size_t left = text.size();
-    for (; left >= 8; data += 8, left -= 8) hash = Mix(hash ^ Load<std::uint64_t>(data), kPrime);
-    if (left > 0) hash = Mix(hash ^ LoadTail(data, left), kPrime);
-    return hash;
+    std::size_t at = 0;
+    for (; at + 2 * kWord <= whole; at += 2 * kWord) {
+        hash = Mix(Load<std::uint64_t>(data + at) ^ secret, Load<std::uint64_t>(data + at + kWord) ^ hash);
+    }
+    if (at < whole) return Mix(Load<std::uint64_t>(data + at) ^ secret, (left > 0 ? last() : kPrime) ^ hash);
+    return left > 0 ? Mix(last() ^ secret, hash ^ kPrime) : hash;
 }
 
 std::uint32_t Fold(std::uint64_t hash) {
     return static_cast<std::uint32_t>(hash ^ (hash >> 32));
 }
 
-std::uint64_t SectionHash(std::string_view name) {
-    return Hash(name, Seed());
+// Names are a few words long: a call to compare them costs as much as the comparison.
+inline bool SameText(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    if (a.size() < kWord) return a == b;
+    const std::size_t last = a.size() - kWord;
+    for (std::size_t at = 0; at < last; at += kWord) {
+        if (Load<std::uint64_t>(a.data() + at) != Load<std::uint64_t>(b.data() + at)) return false;
+    }
+    return Load<std::uint64_t>(a.data() + last) == Load<std::uint64_t>(b.data() + last);
 }
-std::uint32_t ItemHash(std::uint64_t sectionHash, std::string_view key) {
-    return Fold(Hash(key, ~sectionHash));
+
+std::uint64_t SectionHash(std::string_view name, bool padded = false) {
+    return Hash(name, padded, Seed());
+}
+std::uint32_t ItemHash(std::uint64_t sectionHash, std::string_view key, bool padded = false) {
+    return Fold(Mix(Hash(key, padded, ~Seed()), sectionHash));
 }
 
 // What a value looks like in the file: quoted where reading would take something off its ends.
@@ -137,7 +156,7 @@ std::uint32_t ConfigText::Table::Find(std::uint32_t hash, Same same) const {
     for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
         const Slot& slot = slots[at];
         if (slot.place == kNone) return kNone;
-        if (slot.hash == hash && same(slot.place)) return slot.place;
+        if (slot.hash == hash && same(slot)) return slot.place;
     }
 }
 
@@ -146,7 +165,7 @@ void ConfigText::Table::Rehash(std::size_t size) {
     old.swap(slots);
     used = 0;
     for (const Slot& slot : old) {
-        if (slot.place != kNone) Insert(slot.hash, slot.place);
+        if (slot.place != kNone) Insert(slot.hash, slot.place, slot.begin);
     }
 }
 
@@ -155,12 +174,12 @@ void ConfigText::Table::Reserve(std::size_t count) {
     if (size > slots.size()) Rehash(size);
 }
 
-void ConfigText::Table::Insert(std::uint32_t hash, std::uint32_t place) {
+void ConfigText::Table::Insert(std::uint32_t hash, std::uint32_t place, std::uint32_t begin) {
     if ((used + 1) * 3 > slots.size() * 2) Rehash(std::max<std::size_t>(16, slots.size() * 2));
     const std::size_t mask = slots.size() - 1;
     std::size_t at = hash & mask;
     while (slots[at].place != kNone) at = (at + 1) & mask;
-    slots[at] = {hash, place};
+    slots[at] = {hash, place, begin};
     ++used;
 }
 
@@ -180,11 +199,12 @@ void ConfigText::Table::Erase(std::uint32_t hash, std::uint32_t place) {
     --used;
 }
 
-void ConfigText::Table::Change(std::uint32_t hash, std::uint32_t from, std::uint32_t to) {
+void ConfigText::Table::Change(std::uint32_t hash, std::uint32_t from, std::uint32_t to, std::uint32_t begin) {
     const std::size_t mask = slots.size() - 1;
     std::size_t at = hash & mask;
     while (slots[at].place != from) at = (at + 1) & mask;
     slots[at].place = to;
+    slots[at].begin = begin;
 }
 
 void ConfigText::Table::Clear() {
@@ -392,8 +412,7 @@ void ConfigText::ParseItem(std::uint32_t lineBegin, std::string_view text, std::
     const std::string_view value = ValuePart(text.substr(equals + 1));
 
     const std::uint32_t hash = ItemHash(sections[section].hash, key);
-    const std::uint32_t earlier =
-        itemTable.Find(hash, [&](std::uint32_t place) { return lines[place].section == section && Key(place) == key; });
+    const std::uint32_t earlier = itemTable.Find(hash, [&](const Slot& slot) { return IsItem(slot, section, key); });
     const std::uint32_t item = NewLine();
     Line& line = lines[item];
     line.kind = Kind::Item;
@@ -408,7 +427,7 @@ void ConfigText::ParseItem(std::uint32_t lineBegin, std::string_view text, std::
     LinkLast(item);
     if (earlier == kNone) {
         AppendToWalk(section, item);
-        itemTable.Insert(hash, item);
+        itemTable.Insert(hash, item, lineBegin);
         return;
     }
     // A key that comes again overwrites the value; it keeps its first place in the walk.
@@ -422,7 +441,7 @@ void ConfigText::ParseItem(std::uint32_t lineBegin, std::string_view text, std::
     shadowed.previousItem = shadowed.nextItem = kNone;
     shadowed.kind = Kind::Shadowed;
     owner.repeated = true;
-    itemTable.Change(hash, earlier, item);
+    itemTable.Change(hash, earlier, item, lineBegin);
 }
 
 std::string_view ConfigText::ExtraText() const {
@@ -504,7 +523,7 @@ std::string ConfigText::Bytes(textencoding::type as) const {
 
 std::uint32_t ConfigText::FindSection(std::string_view name) const {
     return sectionTable.Find(Fold(SectionHash(name)),
-                             [&](std::uint32_t place) { return sections[place].name == name; });
+                             [&](const Slot& slot) { return SameText(sections[slot.place].name, name); });
 }
 
 std::uint32_t ConfigText::SectionOfStamp(std::uint64_t stamp, std::uint32_t place) const {
@@ -628,13 +647,25 @@ void ConfigText::MakeEmpty() {
 
 std::uint32_t ConfigText::FindItem(std::uint32_t section, std::string_view key) const {
     return itemTable.Find(ItemHash(sections[section].hash, key),
-                          [&](std::uint32_t place) { return lines[place].section == section && Key(place) == key; });
+                          [&](const Slot& slot) { return IsItem(slot, section, key); });
 }
 
-std::uint32_t ConfigText::FindItem(std::string_view section, std::string_view key) const {
-    return itemTable.Find(ItemHash(SectionHash(section), key), [&](std::uint32_t place) {
-        return Key(place) == key && sections[lines[place].section].name == section;
+bool ConfigText::IsItem(const Slot& slot, std::uint32_t section, std::string_view key) const {
+    return lines[slot.place].section == section && SameText(Key(slot.place), key);
+}
+
+ConfigText::Found ConfigText::Find(const SmallUtf8& section, const SmallUtf8& key) const {
+    const std::uint64_t sectionHash = SectionHash(section.View(), section.Padded());
+    const char* const text = source->data();
+    Found found;
+    found.section = sectionTable.Find(
+        Fold(sectionHash), [&](const Slot& slot) { return SameText(sections[slot.place].name, section.View()); });
+    if (found.section == kNone) return found;
+    found.item = itemTable.Find(ItemHash(sectionHash, key.View(), key.Padded()), [&](const Slot& slot) {
+        __builtin_prefetch(text + slot.begin);
+        return IsItem(slot, found.section, key.View());
     });
+    return found;
 }
 
 std::uint32_t ConfigText::ItemAfter(std::uint32_t section, std::uint64_t stamp, std::uint32_t place) const {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/MemFile.h"
+#include "core/SmallUtf8.h"
 #include "platform/Export.h"
 
 namespace orv {
@@ -62,8 +63,11 @@ public:
     // Items, by place.
 
     std::uint32_t FindItem(std::uint32_t section, std::string_view key) const;
-    /// In one step, without looking for the section first.
-    std::uint32_t FindItem(std::string_view section, std::string_view key) const;
+    /// Both at once, by names that were just made.
+    struct Found {
+        std::uint32_t section = kNone, item = kNone;
+    };
+    Found Find(const SmallUtf8& section, const SmallUtf8& key) const;
     std::uint32_t FirstItem(std::uint32_t section) const { return sections[section].firstItem; }
     std::uint32_t NextItem(std::uint32_t item) const { return lines[item].nextItem; }
     std::uint32_t ItemAfter(std::uint32_t section, std::uint64_t stamp, std::uint32_t place) const;
@@ -126,14 +130,15 @@ private:
     /// Open addressing over places; the hash stands beside the place so that a probe rarely leaves the table.
     struct Slot {
         std::uint32_t hash = 0, place = kNone;
+        std::uint32_t begin = 0;  // where the line was read from, to have its text fetched while the line is
     };
     class Table {
     public:
         template <class Same>
         std::uint32_t Find(std::uint32_t hash, Same same) const;
-        void Insert(std::uint32_t hash, std::uint32_t place);
+        void Insert(std::uint32_t hash, std::uint32_t place, std::uint32_t begin = 0);
         void Erase(std::uint32_t hash, std::uint32_t place);
-        void Change(std::uint32_t hash, std::uint32_t from, std::uint32_t to);
+        void Change(std::uint32_t hash, std::uint32_t from, std::uint32_t to, std::uint32_t begin);
         void Reserve(std::size_t count);
         void Clear();
 
@@ -143,6 +148,7 @@ private:
         std::size_t used = 0;
     };
 
+    bool IsItem(const Slot& slot, std::uint32_t section, std::string_view key) const;
     const char* Begin(const Line& line) const { return line.own ? line.own->data() : source->data() + line.begin; }
     std::string_view Text(const Line& line) const;
     std::string_view RawText(const Line& line) const;

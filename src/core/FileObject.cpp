@@ -277,11 +277,11 @@ bool FileObject::FileSave(CharBuffer& buffer, int encoding) const {
 template <class T>
 bool FileObject::Get(std::wstring_view section, std::wstring_view key, T& out) const {
     const SmallUtf8 sectionText(section), keyText(key);
-    const std::uint32_t item = content->FindItem(sectionText.View(), keyText.View());
+    const ConfigText::Found found = content->Find(sectionText, keyText);
     int status = kFileOk;
-    if (item != ConfigText::kNone) {
-        if (!Convert(content->Value(item), out)) status = kFileNoConvert;
-    } else if (content->FindSection(sectionText.View()) != ConfigText::kNone) {
+    if (found.item != ConfigText::kNone) {
+        if (!Convert(content->Value(found.item), out)) status = kFileNoConvert;
+    } else if (found.section != ConfigText::kNone) {
         status = kFileNoKey;
     } else {
         status = !initialised && content->FirstSection() == ConfigText::kNone ? kFileNoFile : kFileNoSection;
@@ -360,7 +360,7 @@ bool FileObject::HasSection(std::wstring_view section) const {
 }
 
 bool FileObject::HasKey(std::wstring_view section, std::wstring_view key) const {
-    return content->FindItem(SmallUtf8(section).View(), SmallUtf8(key).View()) != ConfigText::kNone;
+    return content->Find(SmallUtf8(section), SmallUtf8(key)).item != ConfigText::kNone;
 }
 
 bool FileObject::CreateSection(std::wstring_view section, bool acceptExisting) {

@@ -115,7 +115,7 @@ public:
     bool GetEllipsoidName(std::wstring& name, std::wstring& out) const;
     bool UpdateGeoCoordSys();
     bool SaveCoordinateSystemParams();
-    bool _BackupCoordSysInfo();
+    bool _BackupCoordSysInfo();  // NOLINT(bugprone-reserved-identifier): hosts call it by this name
     /// A new object of the project's module; null if the module or its `Configure` fails.
     std::unique_ptr<OrvGeoCoordSysBase> CreateNewCoordSys(const std::wstring& group, const std::wstring& system,
                                                           const std::wstring& geoidModelName,
