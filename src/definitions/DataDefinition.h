@@ -134,13 +134,16 @@ protected:
     bool InitialiseFrom(std::wstring_view fileName);
 
 private:
-    bool Text(unsigned group, std::wstring_view key, bool translate, std::wstring& out) const;
-    bool Flag(unsigned group, std::wstring_view key, bool& out) const;
-    bool Number(unsigned group, std::wstring_view key, int& out) const;
-    template <class Take>
-    bool Item(unsigned group, unsigned short code, Take take) const;
-    bool Unsigned16(unsigned group, unsigned short code, int field, unsigned short& out) const;
-    bool ItemText(unsigned group, unsigned short code, int field, std::wstring& out) const;
+    // With the lock held.
+    bool Find(std::string_view section, std::string_view key, std::string_view& value) const;
+    bool FindItem(unsigned group, unsigned short code, std::string_view& list) const;
+    bool Text(unsigned group, std::string_view key, bool translated, std::wstring& out) const;
+    const std::unordered_map<unsigned short, unsigned short>& UseAsOf(unsigned group) const;
+
+    bool TextQuery(unsigned group, std::string_view key, bool translated, std::wstring& out) const;
+    bool FlagQuery(unsigned group, std::string_view key, bool& out) const;
+    bool NumberQuery(unsigned group, std::string_view key, int& out) const;
+    bool ItemQuery(unsigned group, unsigned short code, int field, unsigned short& out) const;
     bool GetItemGroup(std::string_view keyFormat, unsigned group, unsigned n, unsigned& outId) const;
 
     mutable CriticalSection lock;

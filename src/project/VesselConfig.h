@@ -1,8 +1,8 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "core/FileObject.h"
@@ -15,6 +15,7 @@ class CCompOffset;
 class CDataId;
 class FileDependencies;
 class ShapeSelection;
+struct VesselPairing;
 
 // Live guidance state, which the applications keep in vessel files.
 inline constexpr std::wstring_view SECTION_ACTIVE_WAYPOINT = L"ACTIVE_WAYPOINT";
@@ -254,13 +255,21 @@ protected:
     bool CopySectionUsingFlags(const std::wstring& destination, const VesselConfig& other, const std::wstring& source);
 
 private:
+    // Steps of the exchange, in their order.
+    void SaveDevicesForSameGuid(VesselPairing& pairing) const;
+    bool SaveDevicesForSameAttribs(VesselPairing& pairing);
+    void CountGroupsInVesselConfig(unsigned count, std::map<unsigned, int>& counts) const;
+    void RemoveDevicesForSameAttribs(VesselConfig& common, unsigned commonCount, unsigned count,
+                                     std::map<unsigned, int> counts) const;
+    void OverLoadDevicesForSameGuid(VesselPairing& pairing);
+    void OverLoadDevicesForSameAttribs(VesselPairing& pairing);
+    bool AddMissingCommonDevices(VesselPairing& pairing, bool wasEmpty);
+
     unsigned FindNumSections(std::wstring_view word) const;
     unsigned CountAndMakeContigiousDevices();
     bool RemoveComputation(unsigned no);
     bool RemoveAllSections(std::wstring_view word);
     bool UpdateModelName(std::wstring_view key, std::wstring_view ending, std::wstring& out) const;
-    template <class Change>
-    void SetReferences(Change change);
 
     // Where `FindOffsetUsage` stands.
     unsigned searchDevice = 0;
