@@ -6,23 +6,6 @@ namespace orv {
 
 namespace {
 
-template <class Map, class Creator>
-void RegisterFirst(Map& map, std::wstring_view handler, Creator* creator) {
-    const auto known = map.find(handler);
-    if (known == map.end()) {
-        map.emplace(handler, std::unique_ptr<Creator>(creator));
-    } else if (known->second.get() != creator) {
-        delete creator;
-    }
-}
-
-template <class Map>
-auto Make(const Map& map, std::wstring_view handler, void* parent) {
-    const auto known = map.find(handler);
-    using Form = std::remove_pointer_t<decltype(known->second->Create(parent))>;
-    return std::unique_ptr<Form>(known == map.end() || !known->second ? nullptr : known->second->Create(parent));
-}
-
 template <class T>
 IoPortNewDlgICreator* Adds() {
     return new (std::nothrow) IoPortNewDlgCreator<T>;
@@ -86,21 +69,23 @@ CIoHandlerSettingsList& GetIoHandlerSettingsList() {
 
 void CIoHandlerSettingsList::RegisterIoPortEditor(std::wstring_view handler, IoPortEditDlgICreator* editorCreator,
                                                   IoPortNewDlgICreator* newPortCreator) {
-    RegisterFirst(editors, handler, editorCreator);
-    RegisterFirst(newPorts, handler, newPortCreator);
+    editors.Register(handler, editorCreator);
+    newPorts.Register(handler, newPortCreator);
 }
 
 std::unique_ptr<IoPortEditDlg> CIoHandlerSettingsList::Create(std::wstring_view handler, void* parent) const {
-    return Make(editors, handler, parent);
+    IoPortEditDlgICreator* const creator = editors.Find(handler);
+    return std::unique_ptr<IoPortEditDlg>(creator ? creator->Create(parent) : nullptr);
 }
 
 std::unique_ptr<IoPortNewDlg> CIoHandlerSettingsList::CreateNew(std::wstring_view handler, void* parent) const {
-    return Make(newPorts, handler, parent);
+    IoPortNewDlgICreator* const creator = newPorts.Find(handler);
+    return std::unique_ptr<IoPortNewDlg>(creator ? creator->Create(parent) : nullptr);
 }
 
 bool CIoHandlerSettingsList::GetNextHandler(std::wstring& handlerInOut) const {
-    const auto next = handlerInOut.empty() ? editors.begin() : editors.upper_bound(handlerInOut);
-    if (next == editors.end()) return false;
+    const auto next = handlerInOut.empty() ? editors.First() : editors.After(handlerInOut);
+    if (next == editors.End()) return false;
     handlerInOut = next->first;
     return true;
 }

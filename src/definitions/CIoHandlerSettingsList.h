@@ -1,13 +1,12 @@
 #pragma once
 
-#include <functional>
-#include <map>
 #include <memory>
 #include <new>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
+#include "core/NamedCreators.h"
 #include "definitions/PortDialogs.h"
 #include "platform/Export.h"
 
@@ -62,10 +61,8 @@ public:
     bool GetNextHandler(std::wstring& handlerInOut) const;
 
 private:
-    template <class Creator>
-    using Map = std::map<std::wstring, std::unique_ptr<Creator>, std::less<>>;
-    Map<IoPortEditDlgICreator> editors;
-    Map<IoPortNewDlgICreator> newPorts;
+    NamedCreators<IoPortEditDlgICreator> editors;
+    NamedCreators<IoPortNewDlgICreator> newPorts;
 };
 
 ORV_EXPORT CIoHandlerSettingsList& GetIoHandlerSettingsList();
