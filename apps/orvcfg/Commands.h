@@ -21,6 +21,8 @@ void AddConfig(CLI::App& app, Session& session);
 void AddConfigCheck(CLI::App& config, Session& session);
 void AddGeoid(CLI::App& app, Session& session);
 void AddGeoidEval(CLI::App& geoid, Session& session);
+void AddDatadef(CLI::App& app, Session& session);
+void AddPort(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.
