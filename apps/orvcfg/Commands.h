@@ -22,6 +22,8 @@ void AddConfig(CLI::App& app, Session& session);
 void AddConfigCheck(CLI::App& config, Session& session);
 void AddGeoid(CLI::App& app, Session& session);
 void AddGeoidEval(CLI::App& geoid, Session& session);
+void AddDatadef(CLI::App& app, Session& session);
+void AddPort(CLI::App& app, Session& session);
 void AddApp(CLI::App& app, Session& session);
 void AddDeps(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);

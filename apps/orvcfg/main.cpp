@@ -100,6 +100,8 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddFiles(app, session);
     AddConfig(app, session);
     AddGeoid(app, session);
+    AddDatadef(app, session);
+    AddPort(app, session);
     AddApp(app, session);
     AddDeps(app, session);
     AddDemo(app, session);
