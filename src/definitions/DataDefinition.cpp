@@ -339,13 +339,15 @@ bool DataDefinition::GetGroupItemDef(unsigned group, unsigned short code, std::w
     return true;
 }
 
-// A translation gives the whole list anew, and the name is its first field.
 bool DataDefinition::GetGroupItemName(unsigned group, unsigned short code, std::wstring& out) const {
     const Guard guard(lock);
-    if (group > kLastWithTexts) return false;
-    std::wstring list;
-    return Text(group, ItemKey(UseAsCodeToIndex(group, code)).View(), true, list) &&
-           COrvString(list, L',', true).GetItem(kName, out);
+    std::string_view list;
+    if (group > kLastWithTexts || !FindItem(group, code, list)) return false;
+    if (!Translator::Instance().IsActive()) return TakeText(list, kName, out);
+    // A translation gives the whole list anew, and the name is its first field.
+    std::wstring translated = FromUtf8(list);
+    Translate(Numbered(group).View(), ItemKey(UseAsCodeToIndex(group, code)).View(), translated);
+    return COrvString(translated, L',', true).GetItem(kName, out);
 }
 
 bool DataDefinition::GetGroupItemMnem(unsigned group, unsigned short code, std::wstring& out) const {

@@ -232,5 +232,50 @@ TEST_F(OrvcfgTest, DemoShowsHeightsAtAllPositionsAndCleansUp) {
     EXPECT_FALSE(Exists(FromUtf8(demo["sample"]["folder"].get<std::string>())));
 }
 
+TEST_F(OrvcfgTest, LiveDataByGroupAndByUse) {
+    const RunResult groups = Run({"datadef", "groups", "--kind", "composite", "--json"});
+    ASSERT_EQ(groups.code, 0) << groups.err;
+    EXPECT_EQ(groups.Json()[1]["name"], "Survey");
+    const nlohmann::json motion = Run({"datadef", "items", "mru", "--json"}).Json();
+    EXPECT_EQ(motion["items"][4]["mnemonic"], "Heave");
+    EXPECT_EQ(motion["items"][0]["simulation"], nullptr);
+    EXPECT_EQ(Run({"datadef", "items", "2001", "--json"}).Json()["members"].size(), 8u);
+    WriteBytes(At(L"own.ini"), "[7]\nName=Own\nItem(0)=Heave,H,103,8,0,162\n[8]\nItem(0)=Depth,D,1\n");
+    const RunResult found = Run({"datadef", "find", "162", "nothing", "DEP", "--file", "own.ini", "--json"});
+    EXPECT_EQ(found.code, 1);
+    EXPECT_NE(found.err.find("\"nothing\""), std::string::npos) << found.err;
+    EXPECT_EQ(found.Json()[0]["groupName"], "Own");
+    EXPECT_EQ(found.Json()[1]["type"], nullptr);
+}
+
+TEST_F(OrvcfgTest, PortsAreAddedAndShownAsTheyAre) {
+    const auto port = [&](Arguments arguments) {
+        arguments.insert(arguments.begin(), "port");
+        arguments.insert(arguments.end(), {"--file", "ports.ini"});
+        return Run(arguments);
+    };
+    EXPECT_EQ(port({"list"}).code, 2);
+    const std::tuple<Arguments, int, const char*> rows[] = {
+        {{"new", "3", "--handler", "Serial", "--set", "Baudrate=9600"}, 0, ""},
+        {{"new", "3", "--handler", "Serial"}, 1, "Port already exists"},
+        {{"new", "a b"}, 1, "cannot contain a space"},
+        {{"new", "x", "--handler", "socket"}, 1, "Did you mean \"Socket\"?"},
+        {{"new", "x", "--set", "Baudrate"}, 1, "KEY=VALUE"},
+        {{"show", "COM4"}, 1, "Did you mean \"COM3\"?"},
+        {{"list"}, 0, ""}};
+    for (const auto& [arguments, code, told] : rows) {
+        const RunResult result = port(arguments);
+        EXPECT_EQ(result.code, code) << result.err;
+        EXPECT_NE(result.err.find(told), std::string::npos) << result.err;
+    }
+    const std::string replay = ReadBytes(At(L"ports.ini")) + "[Eye]\nHandler=FjordEye\nHostAdress=file:a\n[Bad]\n";
+    WriteBytes(At(L"ports.ini"), replay);
+    const RunResult list = port({"list", "--json"});
+    EXPECT_EQ(list.code, 1);  // a port without handler
+    EXPECT_EQ(list.Json()[0]["settings"], "9600 8-NO-1");
+    EXPECT_EQ(list.Json()[2]["handler"], nullptr);
+    EXPECT_EQ(ReadBytes(At(L"ports.ini")), replay);
+}
+
 }  // namespace
 }  // namespace orv::test
