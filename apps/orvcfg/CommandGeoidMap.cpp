@@ -25,7 +25,7 @@ struct Arguments {
     int cells = 300;
 };
 
-// Dark blue over green to yellow: even steps in lightness, told apart in print and by eyes that don't tell red from
+// Dark violet over green to yellow: even steps in lightness, told apart in print and by eyes that don't tell red from
 // green.
 constexpr std::array<std::array<int, 3>, 9> kRamp = {{{68, 1, 84},
                                                       {71, 44, 122},
@@ -111,8 +111,8 @@ public:
         const double middle = (area.south + area.north) / 2 * std::acos(-1.0) / 180.0;
         const double squeeze = area.degrees ? std::max(0.2, std::cos(middle)) : 1.0;
         const double ratio = (area.east - area.west) * squeeze / (area.north - area.south);
-        width = ratio >= 1.0 ? kLongSide : std::max(kShortSide, kLongSide * ratio);
-        height = ratio >= 1.0 ? std::max(kShortSide, kLongSide / ratio) : kLongSide;
+        width = std::round(std::max(kShortSide, kLongSide * std::min(1.0, ratio)));
+        height = std::round(std::max(kShortSide, kLongSide * std::min(1.0, 1.0 / ratio)));
     }
 
     std::string Draw(const std::string& title, const std::string& file) const {
@@ -139,14 +139,14 @@ public:
     std::string Words() const {
         if (!Any()) return "No position has a value.";
         if (samples.smallest == samples.largest) return "Everywhere " + Fixed(samples.smallest, 3) + " " + unit + ".";
-        return "Separation from " + Fixed(samples.smallest, 3) + " " + unit + " (dark blue) to " +
+        return "Separation from " + Fixed(samples.smallest, 3) + " " + unit + " (dark violet) to " +
                Fixed(samples.largest, 3) + " " + unit + " (yellow); a colour spans " +
                Fixed((samples.largest - samples.smallest) / kColours, 4) + " " + unit + ".";
     }
     bool Any() const { return samples.refused < samples.values.size(); }
 
 private:
-    static constexpr double kLongSide = 720.0, kShortSide = 160.0, kLeft = 76.0, kTop = 66.0;
+    static constexpr double kLongSide = 720.0, kShortSide = 160.0, kLeft = 90.0, kTop = 66.0;
 
     int StepOf(double value) const {
         const double range = samples.largest - samples.smallest;
@@ -154,9 +154,10 @@ private:
         return std::clamp(static_cast<int>((value - samples.smallest) / range * kColours), 0, kColours - 1);
     }
 
-    /// Neighbours of one colour are one rectangle; they overlap a little, so that no seam shows between them.
+    /// Neighbours of one colour are one rectangle. All edges lie between pixels, so that no seam shows.
     void DrawCells(Svg& svg) const {
-        const double w = width / samples.columns, h = height / samples.rows;
+        const auto x = [&](int c) { return std::round(kLeft + width * c / samples.columns); };
+        const auto y = [&](int r) { return std::round(kTop + height * r / samples.rows); };
         for (int r = 0; r < samples.rows; ++r) {
             const auto at = [&](int c) { return samples.values[static_cast<std::size_t>(r * samples.columns + c)]; };
             for (int c = 0, end = 0; c < samples.columns; c = end) {
@@ -164,9 +165,7 @@ private:
                 if (std::isnan(at(c))) continue;
                 const int step = StepOf(at(c));
                 while (end < samples.columns && !std::isnan(at(end)) && StepOf(at(end)) == step) ++end;
-                const bool lastRow = r == samples.rows - 1, open = end == samples.columns || std::isnan(at(end));
-                svg.Rectangle(kLeft + c * w, kTop + r * h, (end - c) * w + (open ? 0.0 : 0.4),
-                              h + (lastRow ? 0.0 : 0.4), ColourOf(step));
+                svg.Rectangle(x(c), y(r), x(end) - x(c), y(r + 1) - y(r), ColourOf(step));
             }
         }
     }

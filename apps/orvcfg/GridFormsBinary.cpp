@@ -3,8 +3,8 @@
 #include <cstring>
 #include <limits>
 
-#include "Document.h"
 #include "GridFormReaders.h"
+#include "PositionText.h"
 #include "geoid/GgfTile.h"
 #include "geoid/GridReader.h"
 
@@ -123,7 +123,9 @@ FormFacts ReadGtxFacts(Content bytes, std::string& why) {
     }
     if (values.held == 0) return Refuse(why, "all its nodes are without a height");
     if (values.largest > kLargestSeparation) {
-        return Refuse(why, "it holds " + Fixed(values.largest, 1) + " m, which is no separation");
+        std::string largest;
+        AppendFixed(largest, values.largest, 1);
+        return Refuse(why, "it holds " + largest + " m, which is no separation");
     }
     const std::int64_t count = part.Nodes();
     GridFacts facts = OnePart(std::move(part), wide ? "64-bit reals" : "32-bit reals");

@@ -155,36 +155,6 @@ TEST_F(GlobalModel, EightThreads) {
     EXPECT_LE(model.Tiles().List().size(), 41u);
 }
 
-// The self-describing grid file.
-struct Ggf {
-    TestGrid grid = {};
-    std::uint8_t flags = 0x04, unit = 0, interpolation = 1, dataType = 8, rowOrder = 1, columnOrder = 1;
-    double scale = 1;
-
-    std::string Bytes() const {
-        const TestGrid& g = grid;
-        GridBytes out;
-        out.Blank(48);
-        for (const double f : {g.south, g.North(), g.west, g.East(), g.dy, g.dx}) out.F64(f);
-        out.I32(g.rows).I32(g.columns).Blank(16).F64(99).F64(scale).Blank(2);
-        for (const std::uint8_t code : {flags, unit, interpolation, dataType, rowOrder, columnOrder}) out.Add(code);
-        out.Blank(2);
-        const auto put = [&](int n, int m) {
-            const int row = rowOrder & 1 ? n : g.rows - 1 - n, column = columnOrder & 1 ? m : g.columns - 1 - m;
-            const double node = g.Missing(row, column) ? 99 : g.Node(row, column);
-            if (dataType == 1) return void(out.Add(static_cast<std::int8_t>(node)));
-            if (dataType == 2) return void(out.Add(static_cast<std::int16_t>(node)));
-            if (dataType == 4) return void(out.I32(static_cast<int>(node)));
-            if (dataType == 8) return void(out.F32(static_cast<float>(node)));
-            out.F64(node);
-        };
-        const bool byColumns = flags & 0x40;
-        for (int a = 0; a < (byColumns ? g.columns : g.rows); ++a)
-            for (int b = 0; b < (byColumns ? g.rows : g.columns); ++b) byColumns ? put(b, a) : put(a, b);
-        return out.bytes;
-    }
-};
-
 class GridFile : public testing::Test {
 protected:
     GridFile() { GeoidModel_TrimbleGridFile::m_bNoFileReported = false; }
@@ -312,17 +282,6 @@ TEST_F(GridFile, ProjectedGridTakesEastingAndNorthing) {
     EXPECT_EQ(HeightAt(model, 0, 0, 596, 50.5), kUntouched) << "turned as if it were a longitude";
     EXPECT_EQ(HeightAt(model, 0, 0, 524, 50.5), g.Node(4, 2));
     EXPECT_EQ(HeightAt(model, 0, 0, 596, 50.5), g.Node(4, 8)) << "but a tile that is there answers";
-}
-
-TEST_F(GridFile, SpoiltHeaders) {
-    for (const std::uint8_t flags : {std::uint8_t{0x05}, std::uint8_t{0x44}}) {
-        const std::string whole = Ggf{.flags = flags, .interpolation = 4}.Bytes();
-        TurnEachBit(whole, 48, 146, [&](const std::string& spoilt) {
-            Load(spoilt);
-            for (const double longitude : {4.6, 6.4, 0.0, -170.0}) HeightAt(model, 50.5, longitude, longitude, 50.5);
-        });
-    }
-    EXPECT_LE(model.Tiles().List().size(), 4u);
 }
 
 }  // namespace
