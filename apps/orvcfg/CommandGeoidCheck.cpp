@@ -36,7 +36,9 @@ public:
         const int failed = bad + (strict ? warnings : 0);
         if (warnings > 0) session.Note(std::to_string(warnings) + " warnings");
         if (failed == 0) return kAllGood;
-        session.Problem({}, std::to_string(failed) + " findings mean that a model can't be relied upon",
+        session.Problem({},
+                        std::to_string(failed) + (failed == 1 ? " finding means" : " findings mean") +
+                            " that a model can't be relied upon",
                         "Get those files again from their publishers.");
         return kSomeFailed;
     }

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "LineReader.h"
+#include "platform/os/FileSystem.h"
 #include "platform/text/PathText.h"
 
 namespace orv::cfg {
@@ -61,7 +62,7 @@ bool FilterInput(Session& session, int descriptor, std::string_view name,
 }
 
 bool FilterFile(Session& session, const std::wstring& path, const std::function<void(std::string_view line)>& each) {
-    const std::string name = PathToBytes(path);
+    const std::string name = PathToBytes(Files().RealPath(path));
     const int descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
         session.Problem(name, std::string("Can't be read: ") + std::strerror(errno), "Check name and rights.");

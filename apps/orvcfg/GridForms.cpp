@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "GridFormReaders.h"
+#include "platform/os/FileSystem.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/PathText.h"
 
@@ -117,7 +118,7 @@ MappedFile::~MappedFile() {
 }
 
 bool MappedFile::Open(const std::wstring& path, std::string& why) {
-    const int descriptor = open(PathToBytes(path).c_str(), O_RDONLY | O_CLOEXEC);
+    const int descriptor = open(PathToBytes(Files().RealPath(path)).c_str(), O_RDONLY | O_CLOEXEC);
     struct stat status = {};
     int error = descriptor < 0 || fstat(descriptor, &status) != 0 ? errno : 0;
     if (error == 0 && !S_ISREG(status.st_mode)) error = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;

@@ -293,6 +293,10 @@ FormFacts ReadBynFacts(Content bytes, std::string& why) {
     } else {
         TakeNodes<std::int16_t>(in, part.Nodes(), part.values.front(), height);
     }
+    // Some programs write nodes big-endian, behind a header that isn't.
+    if (part.values.front().largest > kLargestSeparation || part.values.front().smallest < -kLargestSeparation) {
+        return Refuse(why, "it holds what are no separations; its nodes may be big-endian, which the model can't read");
+    }
     GridFacts facts = OnePart(std::move(part), wide ? "32-bit whole numbers" : "16-bit whole numbers");
     const GridPart& grid = facts.parts.front();
     facts.fault =

@@ -59,7 +59,7 @@ FormFacts ReadKilometres(Content bytes, int fields, std::vector<GridValues> valu
         part.north = std::max<double>(part.north, node.northing);
         for (std::size_t i = 0; i < values.size(); ++i) values[i].Take(node.reals[i]);
     }
-    if (part.rows < 2 || part.columns < 2) return std::nullopt;
+    if (part.rows < 2 || part.columns < 2 || part.east <= part.west || part.north <= part.south) return std::nullopt;
     part.values = std::move(values);
     const std::int64_t wanted = part.Nodes();
     GridFacts facts = OnePart(std::move(part), "text, a line a node");

@@ -1,3 +1,7 @@
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
 #include <numeric>
 #include <tuple>
 
@@ -5,6 +9,7 @@
 #include "geoid/GeoidModel_EGM2008.h"
 #include "geoid/GeoidModel_TrimbleGridFile.h"
 #include "geoid/TestGrid.h"
+#include "platform/text/PathText.h"
 
 namespace orv::test {
 namespace {
@@ -136,23 +141,70 @@ TEST_F(GlobalModel, MissingFileIsToldOnce) {
     EXPECT_NE(told.find(L"copy to folder:\n" + folders.Common()), told.npos) << "told once, with the folder to fill";
 }
 
-// Each sixth of the file has a height of its own, so a height of another tile would show.
-TEST_F(GlobalModel, EightThreads) {
-    Write([](int, int column) { return column / 3600 + 1.0; });
-    GeoidModel_EGM2008 model;
-    std::atomic<int> wrong = 0, right = 0;
+// Positions in a few cells of a minute each: whichever comes first, the same tile is made for a cell, so that no order
+// of threads may change a bit.
+template <class Model>
+void ExpectTheBitsOfOneThread(Model& one, Model& shared, double south, double north, double west, double east) {
+    std::mt19937 random(12);
+    std::vector<std::pair<double, double>> cells(6), positions;
+    for (auto& [latitude, longitude] : cells) {
+        latitude = std::floor(Between(random, south, north) * 60) / 60;
+        longitude = std::floor(Between(random, west, east) * 60) / 60;
+    }
+    std::vector<double> expected;
+    for (std::size_t n = 0; n < 600; ++n) {
+        const auto& [latitude, longitude] = cells[n % cells.size()];
+        positions.emplace_back(latitude + Between(random, 0.001, 0.015), longitude + Between(random, 0.001, 0.015));
+        expected.push_back(HeightAt(one, positions[n].first, positions[n].second));
+    }
+    std::atomic<int> wrong = 0;
     InEightThreads([&](unsigned t) {
-        std::mt19937 random(t);
-        for (int n = 0; n < 400; ++n) {
-            const int sector = std::uniform_int_distribution(0, 5)(random);
-            const double height = HeightAt(model, Between(random, 88.6, 89.9), sector * 60 + Between(random, 5, 55));
-            if (height == kUntouched) continue;  // the southernmost step of some tile
-            ++(height == sector + 1.0 ? right : wrong);
+        for (std::size_t n = 0; n < positions.size(); ++n) {
+            const std::size_t which = (n * 7 + t * 71) % positions.size();
+            if (HeightAt(shared, positions[which].first, positions[which].second) != expected[which]) ++wrong;
         }
     });
     EXPECT_EQ(wrong, 0);
-    EXPECT_GT(right, 3000);
-    EXPECT_LE(model.Tiles().List().size(), 41u);
+    EXPECT_EQ(std::count(expected.begin(), expected.end(), kUntouched), 0);
+    EXPECT_LE(shared.Tiles().List().size(), 41u);
+}
+
+TEST_F(GlobalModel, EightThreads) {
+    Write(Wavy);
+    GeoidModel_EGM2008 one, shared;
+    ExpectTheBitsOfOneThread(one, shared, 88.6, 89.1, 1, 359);
+}
+
+// The file as large as it really is, empty but for one row near each end.
+TEST_F(GlobalModel, WholeWorldInLittleMemory) {
+    const std::wstring path = folders.Common(kEgmName);
+    GeoidFolders::Write(path, "");
+    std::filesystem::resize_file(PathToBytes(path), 10801ull * 86408);
+    std::fstream file(PathToBytes(path), std::ios::binary | std::ios::in | std::ios::out);
+    for (const int row : {60, 10740}) {
+        GridBytes nodes;
+        for (int column = 0; column < 21600; ++column) nodes.F32(static_cast<float>(row + column * 0.25));
+        file.seekp(row * 86408ll + 4);
+        file.write(nodes.bytes.data(), static_cast<std::streamsize>(nodes.bytes.size()));
+    }
+    file.close();
+    const auto pages = [] {
+        long total = 0, resident = 0;
+        std::ifstream("/proc/self/statm") >> total >> resident;
+        return resident;
+    };
+    GeoidModel_EGM2008 model;
+    std::mt19937 random(11);
+    const long before = pages();
+    for (int n = 0; n < 10000; ++n) {
+        HeightAt(model, Between(random, -90, 90), Between(random, -180, 180));
+    }
+    EXPECT_EQ(model.Tiles().List().size(), 41u);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    EXPECT_LT((pages() - before) * sysconf(_SC_PAGESIZE), 10'000'000);
+#endif
+    EXPECT_NEAR(HeightAt(model, 89, 200), 60 + 12000 * 0.25, 1e-6);
+    EXPECT_NEAR(HeightAt(model, -89, -0.75), 10740 + 21555 * 0.25, 1e-6);
 }
 
 class GridFile : public testing::Test {
@@ -233,6 +285,15 @@ TEST_F(GridFile, LargerThanATile) {
         EXPECT_GT(model.Tiles().List().size(), 4u);
         EXPECT_LE(model.Tiles().List().size(), 41u);
     }
+}
+
+TEST_F(GridFile, EightThreads) {
+    TestGrid g;
+    g.columns = 230;
+    g.rows = 150;
+    g.missingRow = -1;
+    GeoidModel_TrimbleGridFile one = Load(Ggf{.grid = g}.Bytes());
+    ExpectTheBitsOfOneThread(one, model, g.south + 1, g.North() - 1, g.west + 1, g.East() - 1);
 }
 
 // Around the globe: wraps whatever the flags say. Rows of a tile across the seam are put together from more than its
