@@ -76,7 +76,8 @@ std::wstring PutGrid(Session& session, const std::string& given) {
             return {};
         }
         const auto grid = RecogniseGrid(AsBytes(bytes), why);
-        if (!grid || !Reads(*grid->form, kNap2018)) {
+        if (grid && why.empty()) why = grid->facts.fault;
+        if (!grid || !grid->facts.fault.empty() || !HomeOf(*grid->form, kNap2018)) {
             session.Problem(given, "No grid that the model can read" + (why.empty() ? "" : " (" + why + ")"),
                             "It must be the agency's file nlgeo2018.gtx or one of its form.");
             return {};

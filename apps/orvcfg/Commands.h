@@ -21,11 +21,16 @@ void AddFiles(CLI::App& app, Session& session);
 void AddConfig(CLI::App& app, Session& session);
 void AddConfigCheck(CLI::App& config, Session& session);
 void AddGeoid(CLI::App& app, Session& session);
+void AddGeoidFiles(CLI::App& geoid, Session& session);
+void AddGeoidCheck(CLI::App& geoid, Session& session);
 void AddGeoidEval(CLI::App& geoid, Session& session);
 void AddDatadef(CLI::App& app, Session& session);
 void AddPort(CLI::App& app, Session& session);
 void AddApp(CLI::App& app, Session& session);
 void AddDeps(CLI::App& app, Session& session);
+void AddGeoidShift(CLI::App& geoid, Session& session);
+void AddGeoidVerify(CLI::App& geoid, Session& session);
+void AddGeoidMap(CLI::App& geoid, Session& session);
 void AddDemo(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.

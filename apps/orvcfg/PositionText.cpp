@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 #include "platform/text/NumberText.h"
 
@@ -95,6 +96,21 @@ const char* ReadAngle(std::string_view text, Angle kind, double& degrees) {
     if (const char* reason = Check(value, kind)) return reason;
     degrees = value;
     return nullptr;
+}
+
+const char* ReadPlace(std::string_view first, std::string_view second, PlaceOrder order, double& y, double& x) {
+    if (order == PlaceOrder::Grid) {
+        if (second.empty()) return "a position has an easting and a northing";
+        const std::optional<double> easting = ParseDouble(first), northing = ParseDouble(second);
+        if (!easting || !northing) return easting ? "northing is no number" : "easting is no number";
+        x = *easting;
+        y = *northing;
+        return nullptr;
+    }
+    if (second.empty()) return "a position has a latitude and a longitude";
+    if (order == PlaceOrder::LonLat) std::swap(first, second);
+    if (const char* wrong = ReadAngle(first, Angle::Latitude, y)) return wrong;
+    return ReadAngle(second, Angle::Longitude, x);
 }
 
 void AppendFixed(std::string& text, double value, int decimals) {

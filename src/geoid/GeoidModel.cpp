@@ -126,6 +126,13 @@ bool GeoidModel::Deliver(int code, double metres, double& value) const {
     return true;
 }
 
+bool GeoidModel::DeliverShift(double first, double second, double& dFirst, double& dSecond) const {
+    if (!std::isfinite(first) || !std::isfinite(second)) return Answer(GeoidReason::NoData);
+    dFirst = first;
+    dSecond = second;
+    return true;
+}
+
 void GeoidModel::DumpOneFile(std::wostream& stream, const wchar_t* indent, int keyIndex, const std::wstring* path) {
     DumpOpening(stream, indent, keyIndex);
     if (path) DumpLine(stream, indent, L"<filename>" + *path + L"</filename>");

@@ -76,6 +76,8 @@ protected:
     bool Answer(GeoidReason reason) const;
     /// Ends a `Calculate`: `metres` in project units where the code is kGeoidOk and there is a number to give.
     bool Deliver(int code, double metres, double& value) const;
+    /// The same for the two figures of a shift, as they leave the model.
+    bool DeliverShift(double first, double second, double& dFirst, double& dSecond) const;
     /// Writes the whole dump of a model with one file, or with none when `path` is null.
     static void DumpOneFile(std::wostream& stream, const wchar_t* indent, int keyIndex, const std::wstring* path);
     /// The two ends of a dump; what stands between them is the model's own.

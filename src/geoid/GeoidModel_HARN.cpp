@@ -95,9 +95,7 @@ bool GeoidModel_HARN::CalculateLocalEllipsCorrection(double latitude, double lon
     cell.v = y - cell.j;
     double longitudeShift = 0.0, latitudeShift = 0.0;
     if (!ShiftAt(*g, cell, longitudeShift) || !ShiftAt(*h, cell, latitudeShift)) return Answer(kGeoidOutside);
-    dLongitude = -longitudeShift / 3600;  // the grids count west
-    dLatitude = latitudeShift / 3600;
-    return true;
+    return DeliverShift(latitudeShift / 3600, -longitudeShift / 3600, dLatitude, dLongitude);  // the grids count west
 }
 
 void GeoidModel_HARN::Sweep() {

@@ -28,9 +28,7 @@ bool GeoidModel_OSTN::Calculate(double x, double y, double& dx, double& dy, bool
         inverse ? InterpolateBack(x, y, shift)
                 : grid.Interpolate(x * unitFactor - grid.firstEasting, y * unitFactor - grid.firstNorthing, shift);
     if (!found) return opened ? Answer(kGeoidOutside) : Answer(GeoidReason::NoFile);
-    dx = shift[0] / unitFactor;
-    dy = shift[1] / unitFactor;
-    return true;
+    return DeliverShift(shift[0] / unitFactor, shift[1] / unitFactor, dx, dy);
 }
 
 // Looks the shift up again and again at where the last one leads back to, until one of the two stands still. The unit

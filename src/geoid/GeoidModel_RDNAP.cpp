@@ -88,9 +88,7 @@ bool GeoidModel_RDNAP::Calculate(double x, double y, double& dx, double& dy, boo
     if (const int code = Grid_interpolation(yGrid, x, y, yCorrection); code != kGeoidOk) {
         return yGrid.Usable() ? Answer(code) : Answer(yGrid.Reason());
     }
-    dx = -xCorrection / unitFactor;
-    dy = -yCorrection / unitFactor;
-    return true;
+    return DeliverShift(-xCorrection / unitFactor, -yCorrection / unitFactor, dx, dy);
 }
 
 bool GeoidModel_RDNAP::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {

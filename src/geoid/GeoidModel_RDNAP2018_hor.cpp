@@ -113,9 +113,7 @@ bool GeoidModel_RDNAP2018_hor::CalculateLocalEllipsCorrection(double latitude, d
     int code = shift(subgrids[1]);
     if (code != kGeoidOk) code = shift(subgrids[0]);
     if (code != kGeoidOk) return Answer(code);
-    dLatitude = a / -3600;
-    dLongitude = b / 3600;
-    return true;
+    return DeliverShift(a / -3600, b / 3600, dLatitude, dLongitude);
 }
 
 void GeoidModel_RDNAP2018_hor::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {

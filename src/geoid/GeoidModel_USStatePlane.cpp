@@ -140,6 +140,7 @@ bool GeoidModel_USStatePlane::Calculate(double latitude, double longitude, doubl
     }
     double height = 0.0;
     if (!VdatumGridValue(*grid, latitude, lon, height)) return Answer(kGeoidOutside);
+    if (!std::isfinite(height)) return Answer(kGeoidNoData);
 
     const auto figure = [this](std::wstring_view name, double metres) {
         return std::wstring(name) + L":" + FixedText(metres / unitFactor, 4) + unitLabel;
@@ -224,8 +225,11 @@ GeoidModel_USStatePlane::Tidal GeoidModel_USStatePlane::LookUpTides(double latit
         }
     }
     for (const std::wstring& path : missing) Alert(path);
-    found.hasLmsl = lmsl && VdatumGridValue(*lmsl, latitude, longitude, found.lmsl);
-    found.hasChart = chart && VdatumGridValue(*chart, latitude, longitude, found.chart);
+    const auto has = [&](const Grid& grid, double& value) {
+        return grid && VdatumGridValue(*grid, latitude, longitude, value) && std::isfinite(value);
+    };
+    found.hasLmsl = has(lmsl, found.lmsl);
+    found.hasChart = has(chart, found.chart);
     return found;
 }
 

@@ -93,7 +93,9 @@ bool GeoidModel_VORF::Calculate(double latitude, double longitude, double, doubl
     const int code = TakeNodes(values, 0, std::array{k, k + 1, k + columns, k + columns + 1}, Is9999, q);
     if (code != kGeoidOk) return Answer(code);
     // The one model that doesn't divide by the unit: its heights stay in metres in every project.
-    value = Bilinear(q, x - cell.i, y - cell.j);
+    const double height = Bilinear(q, x - cell.i, y - cell.j);
+    if (!std::isfinite(height)) return Answer(GeoidReason::NoData);
+    value = height;
     return true;
 }
 

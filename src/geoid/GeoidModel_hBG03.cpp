@@ -89,9 +89,7 @@ bool GeoidModel_hBG03::Calculate(double x, double y, double& dx, double& dy, boo
     int code = Grid_interpolation(xGrid, x, y, xCorrection);
     if (code == kGeoidOk) code = Grid_interpolation(yGrid, x, y, yCorrection);
     if (code != kGeoidOk) return xGrid.Usable() ? Answer(code) : Answer(xGrid.Reason());
-    dx = xCorrection / unitFactor;
-    dy = yCorrection / unitFactor;
-    return true;
+    return DeliverShift(xCorrection / unitFactor, yCorrection / unitFactor, dx, dy);
 }
 
 bool GeoidModel_hBG03::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {

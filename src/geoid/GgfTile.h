@@ -32,7 +32,7 @@ struct GgfHeader {
 
     ORV_EXPORT void Read(std::span<const std::byte> bytes);
     bool Wraps() const { return flags & kGgfWraps; }
-    std::size_t NodeSize() const;  ///< bytes; 0 for a data type that doesn't exist
+    ORV_EXPORT std::size_t NodeSize() const;  ///< bytes; 0 for a data type that doesn't exist
 };
 
 struct GgfTile : TileUse {
@@ -41,7 +41,7 @@ struct GgfTile : TileUse {
     std::vector<std::byte> nodes;  ///< as they stand in the file; zeros where the file was too short
 
     /// False for no data and for a place that the tile doesn't have.
-    bool GetTileValue(std::int64_t column, std::int64_t row, double& value) const;
+    ORV_EXPORT bool GetTileValue(std::int64_t column, std::int64_t row, double& value) const;
     /// True if the tile can answer for the position; `longitude` may have been turned by 360 degrees then.
     bool InBounds(double& longitude, double latitude) const;
     /// Fills the nodes from an open file with header `whole`; false for a data type that doesn't exist and for bounds

@@ -3,7 +3,9 @@
 #include <tuple>
 
 #include "apps/RunProgram.h"
-#include "geoid/GridBytes.h"
+#include "geoid/TestGrid.h"
+#include "platform/os/FileTools.h"
+#include "platform/text/Utf.h"
 
 namespace orv::test {
 namespace {
@@ -175,6 +177,127 @@ TEST_F(OrvcfgGeoidTest, InfoTellsBoundsAndGaps) {
     EXPECT_EQ(info["noDataPercent"], 25.0);
     EXPECT_EQ(info["smallest"], 41.0);
     EXPECT_NEAR(info["largest"].get<double>(), 43.4, 1e-5);
+}
+
+// Every form, known by its content alone, under a name that says nothing.
+struct FormRow {
+    const char* form;
+    std::string bytes;
+    unsigned short model;
+    std::string name;  // under which it is put; empty for its own
+    double largest;
+    bool refusedShort;  // by its model, when it is cut
+};
+
+std::vector<FormRow> Forms() {
+    const TestGrid g;
+    TestGrid danish;
+    danish.south = 55;
+    danish.west = 8;
+    std::string shifts = ShiftFile();
+    shifts.replace(0, 9, "NUM_OREC\x0b");
+    shifts[40] = 2;
+    return {
+        {"NTv2", shifts, 29, "", 0, true},
+        {"DSBB", Dsbb(g), 4, "nlgeo04.grd", 45, false},
+        {"GGF", Ggf{.rowOrder = 2}.Bytes(), 26, "", 45, false},
+        {"BYN", Byn(g, 2), 23, "", 45, false},
+        {"GRAVSOFT", Gravsoft(g, 777, false), 22, "LAT2006.01", 45, false},
+        {"GRAVSOFT", Gravsoft(danish, 777, true), 14, "", 45, false},
+        {"quasi-geoid", Quasigeoid(g), 16, "", 45, false},
+        {"text grid (.gri)", Gri(g), 24, "g24.gri", 45, true},
+        {"1 km list of shifts and heights", KilometreList(), 25, "", 0, false},
+        {"VORF list", Vorf(g), 27, "", 45, false},
+    };
+}
+
+TEST_F(OrvcfgGeoidTest, EveryForm) {
+    const nlohmann::json models = OnInstallation({"geoid", "list", "--json"}).Json();
+    for (const FormRow& row : Forms()) {
+        const std::string file = "g" + std::to_string(row.model) + ".any";
+        WriteBytes(At(FromUtf8(file)), row.bytes);
+        const nlohmann::json info = Run({"geoid", "info", file, "--json"}).Json();
+        EXPECT_EQ(info["grid"]["form"], row.form);
+        if (row.largest != 0) {
+            EXPECT_TRUE(info["grid"]["largest"] == row.largest && info["grid"]["smallest"] == 40.0) << info;
+            EXPECT_NEAR(info["grid"]["noDataPercent"].get<double>(), 100 / 110.0, 1e-9) << row.form;
+        }
+        const RunResult added = OnInstallation({"geoid", "add", file, "--json"});
+        ASSERT_EQ(added.code, 0) << row.form << added.err;
+        const nlohmann::json done = added.Json().begin().value();
+        std::string placed;  // read as models do, which don't tell upper case from lower
+        EXPECT_EQ(ReadWholeFile(FromUtf8(done["path"].get<std::string>()), placed), FsResult::Ok) << done;
+        EXPECT_TRUE(placed == row.bytes) << done;
+        EXPECT_EQ(added.Json().begin().key(), row.name.empty() ? file : row.name);
+        for (const auto& model : models) {
+            if (model["typeId"] == row.model) {
+                EXPECT_EQ(done["model"], model["key"]) << row.form;
+            }
+        }
+
+        EXPECT_EQ(Run({"geoid", "check", file}).code, 0) << row.form;
+        // Half of a node, so that no form can take it for a smaller grid.
+        WriteBytes(At(L"cut.any"), row.bytes.substr(0, row.bytes.size() - (row.refusedShort ? 9 : 2)));
+        if (row.model == 27 || row.model == 25) continue;  // a list with gaps is a list
+        const RunResult cut = Run({"geoid", "check", "cut.any"});
+        EXPECT_EQ(cut.code, row.refusedShort ? 1 : 0) << row.form;
+        EXPECT_NE(cut.out.find(row.refusedShort ? "refuses" : "accepts"), std::string::npos) << row.form << cut.out;
+        EXPECT_EQ(Run({"geoid", "check", "--strict", "cut.any"}).code, 1) << row.form;
+    }
+    const RunResult whole = OnInstallation({"geoid", "check", "--json"});
+    EXPECT_EQ(whole.code, 0) << whole.out;
+    EXPECT_GT(whole.Json().size(), 5u) << "what was added, and what belongs to it and is missing";
+    EXPECT_NE(OnInstallation({"geoid", "dump", "--model", "4"}).out.find("nlgeo04.grd"), std::string::npos);
+    EXPECT_EQ(OnInstallation({"geoid", "eval", "--grid", "--model", "24", "--file", "g24.gri", "5", "5"}).code, 1);
+}
+
+TEST_F(OrvcfgGeoidTest, ShiftsThereAndBack) {
+    WriteBytes(At(L"s.gsb"), Forms()[0].bytes);
+    WriteBytes(At(L"k.txt"), KilometreList());
+    ASSERT_EQ(OnInstallation({"geoid", "add", "s.gsb", "k.txt"}).code, 0);
+    const std::tuple<const char*, const char*, const char*, double> rows[] = {{"29", "s.gsb", "50.3 5.5", 1e-8},
+                                                                              {"25", "k.txt", "403210 103456", 2e-3}};
+    for (const auto& [model, file, place, near] : rows) {
+        const Arguments shift = {"geoid", "shift", "--apply", "--decimals", "12", "--model", model, "--file", file};
+        const std::string there = OnInstallation(shift, std::string("# kept\n") + place + " buoy\n").out;
+        double x = 0, y = 0, u = 0, v = 0, back = 0, again = 0;
+        ASSERT_EQ(std::sscanf(there.c_str(), "# kept\n%lf %lf %lf %lf buoy", &x, &y, &u, &v), 4) << there;
+        EXPECT_NE(x, u);
+        Arguments inverse = shift;
+        inverse.push_back("--inverse");
+        const std::string home = OnInstallation(inverse, std::to_string(u) + " " + std::to_string(v)).out;
+        ASSERT_EQ(std::sscanf(home.c_str(), "%*s %*s %lf %lf", &back, &again), 2) << home;
+        EXPECT_NEAR(std::hypot(back - x, again - y), 0, near + 1e-6);
+    }
+    EXPECT_EQ(OnInstallation({"geoid", "shift", "--model", "29", "--file", "s.gsb", "10", "10"}).code, 1);
+    EXPECT_EQ(OnInstallation({"geoid", "shift", "--model", "28", "--file", "bumpy.gtx", "52", "4"}).code, 2);
+}
+
+TEST_F(OrvcfgGeoidTest, VerifyTellsStationsThatAreOut) {
+    const auto verify = [&](const std::string& stations) {
+        WriteBytes(At(L"stations.txt"), stations);
+        return OnInstallation({"geoid", "verify", "stations.txt", "--model", "28", "--file", "bumpy.gtx"});
+    };
+    EXPECT_EQ(verify("# published\n52 4 41.75 0.0001 quay\n52 4 41.7495 0.001\n").code, 0);
+    const RunResult out = verify("52 4 41.75 0.01 in\n52 4 41.77 0.01 far\n60 4 41 0.1 off\n");
+    EXPECT_EQ(out.code, 1);
+    EXPECT_NE(out.out.find("OUT far"), std::string::npos) << out.out;
+    EXPECT_NE(out.err.find("2 of 3"), std::string::npos) << out.err;
+    for (const char* wrong : {"", "52 4\n", "52 4 41.75\n", "52 4 41.75 -1\n", "52 4 nan 0.1\n"}) {
+        EXPECT_EQ(verify(wrong).code, 1) << wrong;
+    }
+}
+
+TEST_F(OrvcfgGeoidTest, MapMarksWhatIsRefused) {
+    const RunResult map = OnInstallation({"geoid", "map", "28", "--file", "bumpy.gtx", "--bounds", "51", "3", "56", "7",
+                                          "--cells", "20", "-o", "map.svg"});
+    ASSERT_EQ(map.code, 0) << map.err;
+    const std::string svg = ReadBytes(At(L"map.svg"));
+    EXPECT_EQ(svg.find("<svg"), 0u);
+    EXPECT_NE(svg.find("40.0 % of the 320"), std::string::npos) << "two fifths lie north of the grid";
+    EXPECT_EQ(
+        OnInstallation({"geoid", "map", "28", "--file", "bumpy.gtx", "--bounds", "0", "0", "1", "1", "-o", "-"}).code,
+        1);
 }
 
 }  // namespace

@@ -40,16 +40,6 @@ inline std::span<const std::byte> View(const std::string& bytes) {
     return std::as_bytes(std::span(bytes));
 }
 
-/// Calls `visit` with `bytes` as often as there are bits from byte `from` to byte `to`, each time another one turned.
-template <class Visit>
-void TurnEachBit(const std::string& bytes, std::size_t from, std::size_t to, Visit visit) {
-    for (std::size_t bit = from * 8; bit < to * 8; ++bit) {
-        std::string spoilt = bytes;
-        spoilt[bit / 8] = static_cast<char>(spoilt[bit / 8] ^ (1 << bit % 8));
-        visit(spoilt);
-    }
-}
-
 inline double Between(std::mt19937& random, double low, double high) {
     return std::uniform_real_distribution(low, high)(random);
 }

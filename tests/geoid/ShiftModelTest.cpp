@@ -119,37 +119,6 @@ TEST(BelgianLines, Reading) {
     for (const auto& [label, text, values] : rows) EXPECT_EQ(GeoidModel_hBG03::ReadBody(text, 20, 8), values) << label;
 }
 
-// Shift files: two grids of arc seconds, the second inside the first.
-struct Subgrid {
-    double south, east, dLat, dLon;  // seconds, east positive west
-    int columns, rows;
-    bool steep = false;  // the shift grows by as much as the position
-    double Node(int row, int column, int which) const {
-        if (steep) return which == 0 ? dLat * (row - 6) : dLon * (column - 8);
-        return 0.125 * ((row * 5 + column * 3 + which * 4 + row * column) % 19) - 1;
-    }
-};
-constexpr Subgrid kOuter = {180000, -21600, 360, 720, 12, 11}, kInner = {180720, -20160, 90, 180, 17, 13};
-
-std::string ShiftFile(const std::vector<Subgrid>& grids = {kOuter, kInner}) {
-    GridBytes out;
-    out.Blank(11 * 16);
-    for (const Subgrid& g : grids) {
-        out.Blank(4 * 16);
-        for (const double value :
-             {g.south, g.south + (g.rows - 1) * g.dLat, g.east, g.east + (g.columns - 1) * g.dLon, g.dLat, g.dLon}) {
-            out.Blank(8).F64(value);
-        }
-        out.Blank(8).I32(g.rows * g.columns).Blank(4);
-        for (int r = 0; r < g.rows; ++r)
-            for (int c = 0; c < g.columns; ++c) {
-                for (int which = 0; which < 2; ++which) out.F32(static_cast<float>(g.Node(r, c, which)));
-                out.F32(-1).F32(-1);
-            }
-    }
-    return out.bytes;
-}
-
 std::optional<double> SlowShift(const Subgrid& g, double p, double q, int which) {
     const double x = (q - g.east) / g.dLon, y = (p - g.south) / g.dLat;
     if (!(x > 1 && x < g.columns - 2 && y > 1 && y < g.rows - 2)) return std::nullopt;
@@ -223,35 +192,19 @@ TEST_F(ShiftFileModel, CutAndSpoiltFiles) {
         EXPECT_EQ(model.Info().error, error.empty() ? L"" : error + model.DataFile()) << label;
         EXPECT_EQ(GeoShift(model, 50.3, 5), Shift()) << label;
     }
-    TurnEachBit(whole, 240, 352, [&](const std::string& spoilt) {
-        Load(spoilt);
-        for (const bool direct : {true, false}) GeoShift(model, 50.4, 4.6, direct);
-    });
 }
 
 // The 1 km grid of shifts and heights.
 class Kilometres : public testing::Test {
 protected:
-    static constexpr int kColumns = 8, kRows = 7;
-    static double Node(int row, int column, int which) { return 50 + 0.25 * ((row * 3 + column * 5 + which * 7) % 23); }
-    std::string Seven() const {
-        std::string text = "Point,Easting,Northing\n";
-        for (int r = 0; r < kRows; ++r)
-            for (int c = 0; c < kColumns; ++c) {
-                text += "1," + std::to_string(400000 + c * 1000) + "," + std::to_string(100000 + r * 1000);
-                for (int which = 0; which < 3; ++which) text += "," + std::to_string(Node(r, c, which));
-                text += ",1\r\n";
-            }
-        return text;
-    }
     static double Slow(double x, double y, int which) {
-        return BetweenNodes([&](int row, int column) { return Node(row, column, which); }, x / 1000, y / 1000);
+        return BetweenNodes([&](int row, int column) { return KilometreNode(row, column, which); }, x / 1000, y / 1000);
     }
     GeoidFolders folders;
 };
 
 TEST_F(Kilometres, ShiftsAndHeights) {
-    GeoidFolders::Write(folders.Models(L"United Kingdom/k.txt"), Seven());
+    GeoidFolders::Write(folders.Models(L"United Kingdom/k.txt"), KilometreList());
     const auto shifts = MakeModel(25, kFoot), heights = MakeModel(24, kFoot);
     ASSERT_TRUE(shifts->SetFileName(L"k.txt"));
     ASSERT_TRUE(heights->SetFileName(L"k.txt"));
@@ -269,7 +222,7 @@ TEST_F(Kilometres, ShiftsAndHeights) {
     EXPECT_EQ(GridShift(metres, 407000, 103000), Shift()) << "the east edge is outside";
     EXPECT_EQ(GridShift(metres, 403000, 106000), Shift()) << "and so is the north edge";
     // Cut toward zero, the kilometre before the grid goes on from its first cells.
-    EXPECT_NEAR(GridShift(metres, 399500, 103000).x, 1.5 * Node(3, 0, 0) - 0.5 * Node(3, 1, 0), 1e-9);
+    EXPECT_NEAR(GridShift(metres, 399500, 103000).x, 1.5 * KilometreNode(3, 0, 0) - 0.5 * KilometreNode(3, 1, 0), 1e-9);
 
     const Shift forward = GridShift(metres, 403210, 103456);
     const Shift back = GridShift(metres, 403210 + forward.x, 103456 + forward.y, true);

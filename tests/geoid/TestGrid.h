@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "geoid/GridBytes.h"
 
@@ -104,6 +105,83 @@ inline std::string Vorf(const TestGrid& g) {
         }
         text += "0.1\n";
     });
+    return text;
+}
+
+// The self-describing grid file.
+struct Ggf {
+    TestGrid grid = {};
+    std::uint8_t flags = 0x04, unit = 0, interpolation = 1, dataType = 8, rowOrder = 1, columnOrder = 1;
+    double scale = 1;
+
+    std::string Bytes() const {
+        const TestGrid& g = grid;
+        GridBytes out;
+        out.Blank(48);
+        for (const double f : {g.south, g.North(), g.west, g.East(), g.dy, g.dx}) out.F64(f);
+        out.I32(g.rows).I32(g.columns).Blank(16).F64(99).F64(scale).Blank(2);
+        for (const std::uint8_t code : {flags, unit, interpolation, dataType, rowOrder, columnOrder}) out.Add(code);
+        out.Blank(2);
+        const auto put = [&](int n, int m) {
+            const int row = rowOrder & 1 ? n : g.rows - 1 - n, column = columnOrder & 1 ? m : g.columns - 1 - m;
+            const double node = g.Missing(row, column) ? 99 : g.Node(row, column);
+            if (dataType == 1) return void(out.Add(static_cast<std::int8_t>(node)));
+            if (dataType == 2) return void(out.Add(static_cast<std::int16_t>(node)));
+            if (dataType == 4) return void(out.I32(static_cast<int>(node)));
+            if (dataType == 8) return void(out.F32(static_cast<float>(node)));
+            out.F64(node);
+        };
+        const bool byColumns = flags & 0x40;
+        for (int a = 0; a < (byColumns ? g.columns : g.rows); ++a)
+            for (int b = 0; b < (byColumns ? g.rows : g.columns); ++b) byColumns ? put(b, a) : put(a, b);
+        return out.bytes;
+    }
+};
+
+// Shift files: two grids of arc seconds, the second inside the first.
+struct Subgrid {
+    double south, east, dLat, dLon;  // seconds, east positive west
+    int columns, rows;
+    bool steep = false;  // the shift grows by as much as the position
+    double Node(int row, int column, int which) const {
+        if (steep) return which == 0 ? dLat * (row - 6) : dLon * (column - 8);
+        return 0.125 * ((row * 5 + column * 3 + which * 4 + row * column) % 19) - 1;
+    }
+};
+inline constexpr Subgrid kOuter = {180000, -21600, 360, 720, 12, 11}, kInner = {180720, -20160, 90, 180, 17, 13};
+
+inline std::string ShiftFile(const std::vector<Subgrid>& grids = {kOuter, kInner}) {
+    GridBytes out;
+    out.Blank(11 * 16);
+    for (const Subgrid& g : grids) {
+        out.Blank(4 * 16);
+        for (const double value :
+             {g.south, g.south + (g.rows - 1) * g.dLat, g.east, g.east + (g.columns - 1) * g.dLon, g.dLat, g.dLon}) {
+            out.Blank(8).F64(value);
+        }
+        out.Blank(8).I32(g.rows * g.columns).Blank(4);
+        for (int r = 0; r < g.rows; ++r)
+            for (int c = 0; c < g.columns; ++c) {
+                for (int which = 0; which < 2; ++which) out.F32(static_cast<float>(g.Node(r, c, which)));
+                out.F32(-1).F32(-1);
+            }
+    }
+    return out.bytes;
+}
+
+// The 1 km grid of shifts and heights.
+inline double KilometreNode(int row, int column, int which) {
+    return 50 + 0.25 * ((row * 3 + column * 5 + which * 7) % 23);
+}
+
+inline std::string KilometreList() {
+    std::string text = "Point,Easting,Northing\n";
+    for (int r = 0; r < 7; ++r)
+        for (int c = 0; c < 8; ++c) {
+            text += "1," + std::to_string(400000 + c * 1000) + "," + std::to_string(100000 + r * 1000);
+            for (int which = 0; which < 3; ++which) text += "," + std::to_string(KilometreNode(r, c, which));
+            text += ",1\r\n";
+        }
     return text;
 }
 
