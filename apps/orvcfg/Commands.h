@@ -21,6 +21,15 @@ void AddConfig(CLI::App& app, Session& session);
 void AddConfigCheck(CLI::App& config, Session& session);
 void AddGeoid(CLI::App& app, Session& session);
 void AddGeoidEval(CLI::App& geoid, Session& session);
+void AddSvp(CLI::App& app, Session& session);
+void AddSvpCheck(CLI::App& svp, Session& session);
+void AddTide(CLI::App& app, Session& session);
+void AddTideEval(CLI::App& tide, Session& session);
+void AddTideImport(CLI::App& tide, Session& session);
+void AddTideExport(CLI::App& tide, Session& session);
+void AddLog(CLI::App& app, Session& session);
+void AddLogHeader(CLI::App& log, Session& session);
+void AddFileset(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.
