@@ -149,8 +149,7 @@ ExitCode Import(Session& session, const Arguments& arguments) {
     if (csv.bad > 0 && !arguments.skipBad) return TellNothingImported(csv);
     TideStation station;
     if (!OpenStation(session, arguments.station, station, arguments.create)) return kCannotRun;
-    // Values are compared and kept as they were measured; the offset is put back before the station is saved. That its
-    // file is written then, too, is how other programs learn of the values.
+    // Values are compared and kept as they were measured; the offset is put back before the station is saved.
     const double offset = station.GetStationOffset();
     station.SetStationOffset(0);
     Counts counts;
@@ -160,8 +159,14 @@ ExitCode Import(Session& session, const Arguments& arguments) {
     counts = {};
     csv.bad = kMostTold;  // what is refused now has been told
     for (const Row& row : csv.rows) Place(station, csv, row, arguments.replace, false, counts);
-    station.SetStationOffset(offset);
-    if (!station.FileSave()) {
+    // Other programs watch the file of the station, which is written in front of the values: once more, and they read
+    // those, too.
+    bool saved = true;
+    for (int write = 0; write < 2; ++write) {
+        station.SetStationOffset(offset);
+        saved = station.FileSave() && saved;
+    }
+    if (!saved) {
         session.Problem(arguments.station, "The values can't be saved",
                         "Check space and access of the project's folder, and import again: what is there is kept.");
         return kSomeFailed;
