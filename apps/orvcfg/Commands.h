@@ -31,6 +31,15 @@ void AddDeps(CLI::App& app, Session& session);
 void AddGeoidShift(CLI::App& geoid, Session& session);
 void AddGeoidVerify(CLI::App& geoid, Session& session);
 void AddGeoidMap(CLI::App& geoid, Session& session);
+void AddSvp(CLI::App& app, Session& session);
+void AddSvpCheck(CLI::App& svp, Session& session);
+void AddTide(CLI::App& app, Session& session);
+void AddTideEval(CLI::App& tide, Session& session);
+void AddTideImport(CLI::App& tide, Session& session);
+void AddTideExport(CLI::App& tide, Session& session);
+void AddLog(CLI::App& app, Session& session);
+void AddLogHeader(CLI::App& log, Session& session);
+void AddFileset(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.

@@ -86,7 +86,7 @@ ExitCode Run(int argc, char** argv, Session& session) {
         "Looks after installations and projects of the survey suite: settings, paths, files, geoid grids, "
         "reduced heights.",
         "orvcfg");
-    app.set_version_flag("--version", "orvcfg " ORV_VERSION, "Show the version and end");
+    app.set_version_flag("--version", "orvcfg " ORVCFG_VERSION, "Show the version and end");
     app.set_help_flag("-h,--help", "Show this help and end");
     app.require_subcommand(1);
     app.footer(
@@ -104,6 +104,10 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddPort(app, session);
     AddApp(app, session);
     AddDeps(app, session);
+    AddSvp(app, session);
+    AddTide(app, session);
+    AddLog(app, session);
+    AddFileset(app, session);
     AddDemo(app, session);
     try {
         app.parse(argc, argv);

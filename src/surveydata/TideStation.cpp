@@ -119,7 +119,7 @@ bool TideStation::CreateMonth(double time, Index::iterator& entry) {
     TideSpan span;
     info.path = TideFileTitle(fileTitle, time);
     if (!ParseTideFileTitle(info.path, span) || !span.Holds(time) ||
-        !DataSearch::GetDataSearch().GetFullPath(kFileTypeTideFile, info.path)) {
+        !DataSearch::GetDataSearch().GetFullPathForWriting(kFileTypeTideFile, info.path)) {
         return false;
     }
     // Not emptied: a month that couldn't be read for a moment has left the index, and is still there.

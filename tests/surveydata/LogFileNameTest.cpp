@@ -1,5 +1,7 @@
 #include "surveydata/LogFileName.h"
 
+#include <random>
+
 #include "core/ConfigKeys.h"
 #include "platform/os/Clock.h"
 #include "project/ProjectDefinition.h"
@@ -76,6 +78,38 @@ TEST(LogName, TimesAreLocalAndARepeatedHourIsItsFirstPass) {
     EXPECT_EQ(time, 1635640200);  // 00:30 UTC, summer time
     EXPECT_EQ(LogTimeText(time + 3600), L"20211031-023000");
     EXPECT_FALSE(ParseLogTime(L"20211031-023", time));
+}
+
+// Whatever the fields, a name that is made of them gives them back; around the changes of summer time, a leap day and
+// the turn of a year.
+TEST(LogName, RandomNamesComeBack) {
+    const test::ScopedZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
+    std::mt19937 random(3);
+    const auto pick = [&](std::size_t below) { return static_cast<std::size_t>(random() % below); };
+    const auto text = [&](std::wstring_view characters) {
+        std::wstring made;
+        for (std::size_t length = 1 + pick(8); length > 0; --length) made += characters[pick(characters.size())];
+        return made;
+    };
+    const std::int64_t moments[] = {1616893200, 1635642000, 1582934400, 1609455600};
+    const auto moment = [&] { return moments[pick(4)] + static_cast<std::int64_t>(pick(14400)) - 7200; };
+    for (int round = 0; round < 20000; ++round) {
+        const std::wstring_view plain = L"aZ0 ._~\u00E9", runline = L"aR-2021.[]_";
+        LogFields fields{text(plain), text(plain), text(runline), moment(), 0, 0};
+        if (pick(2)) fields.replayTime = moment();
+        if (fields.replayTime != 0) fields.replayCount = static_cast<int>(pick(12));
+        const std::wstring name = AutomaticLogName(fields);
+        LogFields again;
+        ASSERT_TRUE(ParseLogName(name, again)) << round;
+        // The second pass of the hour in October reads as the first.
+        for (const auto& [wanted, found] :
+             {std::pair{fields.logTime, again.logTime}, std::pair{fields.replayTime, again.replayTime}}) {
+            ASSERT_TRUE(found == wanted || (found == wanted - 3600 && LogTimeText(found) == LogTimeText(wanted)));
+        }
+        ASSERT_EQ(again.vessel + again.surveyType + again.runline, fields.vessel + fields.surveyType + fields.runline);
+        ASSERT_EQ(again.replayCount, fields.replayCount);
+        ASSERT_EQ(AutomaticLogName(again), name);
+    }
 }
 
 TEST(LogName, NumbersReplays) {
