@@ -21,6 +21,13 @@ void AddConfig(CLI::App& app, Session& session);
 void AddConfigCheck(CLI::App& config, Session& session);
 void AddGeoid(CLI::App& app, Session& session);
 void AddGeoidEval(CLI::App& geoid, Session& session);
+void AddMessages(CLI::App& app, Session& session);
+void AddHistory(CLI::App& app, Session& session);
+void AddClean(CLI::App& app, Session& session);
+void AddUsers(CLI::App& app, Session& session);
+void AddRights(CLI::App& app, Session& session);
+void AddLanguage(CLI::App& app, Session& session);
+void AddFormat(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.

@@ -84,7 +84,7 @@ void TellWrongUsage(CLI::App& app, Session& session, const CLI::ParseError& erro
 ExitCode Run(int argc, char** argv, Session& session) {
     CLI::App app(
         "Looks after installations and projects of the survey suite: settings, paths, files, geoid grids, "
-        "reduced heights.",
+        "reduced heights, messages, old files, users.",
         "orvcfg");
     app.set_version_flag("--version", "orvcfg " ORV_VERSION, "Show the version and end");
     app.set_help_flag("-h,--help", "Show this help and end");
@@ -100,6 +100,13 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddFiles(app, session);
     AddConfig(app, session);
     AddGeoid(app, session);
+    AddMessages(app, session);
+    AddHistory(app, session);
+    AddClean(app, session);
+    AddUsers(app, session);
+    AddRights(app, session);
+    AddLanguage(app, session);
+    AddFormat(app, session);
     AddDemo(app, session);
     try {
         app.parse(argc, argv);
