@@ -242,7 +242,8 @@ ExitCode Restore(Session& session, const RestoreArguments& arguments) {
     Facts& facts = document.AddFacts("Restored", "restored");
     facts.Add("File", "file", Cell::Path(file));
     facts.Add("From", "copy", Cell::Path(copy->path));
-    facts.Add("Present state", "kept", kept.empty() ? Cell::Missing("no new copy") : Cell::Path(kept));
+    facts.Add("Present state", "kept",
+              kept.empty() ? Cell::Missing(arguments.yes ? "let go" : "nothing that lacked a copy") : Cell::Path(kept));
     document.Print(session);
     return kAllGood;
 }

@@ -17,7 +17,7 @@ namespace {
 struct Arguments {
     std::vector<std::string> files, words;
     std::string application, from, to;
-    std::size_t count = 20;
+    int count = 20;
 };
 
 struct Row {
@@ -57,9 +57,10 @@ ExitCode Tail(Session& session, const Arguments& arguments) {
     std::vector<MessageLogFile> logs;
     if (!ChooseLogs(session, arguments, logs)) return kCannotRun;
     std::vector<Row> rows;
+    const auto count = static_cast<std::size_t>(arguments.count);
     bool good = true;
     // Day by day from the newest, all files of a day, until there are enough.
-    for (std::size_t end = logs.size(); end > 0 && rows.size() < arguments.count;) {
+    for (std::size_t end = logs.size(); end > 0 && rows.size() < count;) {
         std::size_t begin = end - 1;
         while (begin > 0 && logs[begin - 1].date == logs[end - 1].date) --begin;
         std::vector<Row> day;
@@ -72,9 +73,7 @@ ExitCode Tail(Session& session, const Arguments& arguments) {
         rows.insert(rows.begin(), std::make_move_iterator(day.begin()), std::make_move_iterator(day.end()));
         end = begin;
     }
-    if (rows.size() > arguments.count) {
-        rows.erase(rows.begin(), rows.end() - static_cast<std::ptrdiff_t>(arguments.count));
-    }
+    if (rows.size() > count) rows.erase(rows.begin(), rows.end() - static_cast<std::ptrdiff_t>(count));
     PrintRows(session, rows);
     return good ? kAllGood : kSomeFailed;
 }
@@ -129,7 +128,10 @@ void AddMessages(CLI::App& app, Session& session) {
                                 "  orvcfg --project Harbour messages tail -n 50\n"
                                 "  orvcfg messages tail survey_20260302.log");
     tail->add_option("FILE", last->files, "Log files. Default: those of the project");
-    tail->add_option("-n,--count", last->count, "So many")->type_name("N")->capture_default_str();
+    tail->add_option("-n,--count", last->count, "So many")
+        ->check(CLI::Range(1, 1000000).description(""))
+        ->type_name("N")
+        ->capture_default_str();
     tail->add_option("--application", last->application, "Only of this application")->type_name("NAME");
     OnRun(tail, session, last, Tail);
 
