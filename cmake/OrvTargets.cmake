@@ -13,7 +13,7 @@ target_compile_options(orv_options INTERFACE -Wall -Wextra -Wconversion -Wshadow
 target_link_options(orv_options INTERFACE -Wl,-Bsymbolic-functions)
 if(ORV_SANITIZE)
   target_compile_options(orv_options INTERFACE -fsanitize=${ORV_SANITIZE} -fno-omit-frame-pointer -O1
-    -Wno-maybe-uninitialized)  # the instrumented code confuses it
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)  # the instrumented code confuses it
   target_link_options(orv_options INTERFACE -fsanitize=${ORV_SANITIZE})
   if(ORV_SANITIZE MATCHES "undefined")
     target_compile_options(orv_options INTERFACE -fno-sanitize-recover=undefined)
