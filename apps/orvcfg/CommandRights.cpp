@@ -2,7 +2,6 @@
 #include "Document.h"
 #include "Installation.h"
 #include "Suggest.h"
-#include "core/COrvString.h"
 #include "core/ConfigKeys.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/CaseFold.h"
@@ -44,19 +43,16 @@ bool TellInvalid(Session& session) {
     return false;
 }
 
-/// One column a level: yes, no, or the default where the item's list is shorter.
+/// One column a level.
 void AddItems(Table& table, const UserAccessLevelsFile& file, const std::wstring& application) {
     for (const std::wstring_view prefix : {UAL_ITEM_PREFIX, UAL_OPTION_PREFIX}) {
         for (const std::wstring& text : file.GetItems(application, std::wstring(prefix))) {
-            const std::vector<std::wstring> parts = DataSearch::Split(text, {L";", L"="}, true);
-            if (parts.size() != 4) continue;
-            const COrvString numbers(TrimBlanks(parts[3]), L',', true);
-            std::vector<Cell> row = {Cell::Of(application), Cell::Of(TrimBlanks(parts[0])),
-                                     Cell::Of(TrimBlanks(parts[2])), Cell::Of(TrimBlanks(parts[1]))};
+            UserAccessItem item;
+            if (!item.Parse(text)) continue;
+            std::vector<Cell> row = {Cell::Of(application), Cell::Of(item.key), Cell::Count(item.id),
+                                     Cell::Of(item.label)};
             for (int level = 0; level < static_cast<int>(file.Levels().size()); ++level) {
-                int allowed = 1;
-                numbers.GetItem(level, allowed);
-                row.push_back(Cell::Flag(allowed != 0));
+                row.push_back(Cell::Flag(item.Allows(level)));
             }
             table.Add(std::move(row));
         }

@@ -93,8 +93,8 @@ bool ReadPassword(Session& session, const std::string& prompt, Secret& password)
     LineBytes line;
     const char* problem = nullptr;
     if (isatty(STDIN_FILENO) == 1) {
+        const QuietTerminal quiet;  // before the prompt: what is typed ahead shows, and is dropped
         Prompt(prompt + ": ");
-        const QuietTerminal quiet;
         problem = quiet.Valid() ? line.Read(true) : "the terminal's echo can't be taken off";
         Prompt("\n");
     } else {

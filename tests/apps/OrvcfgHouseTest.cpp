@@ -142,6 +142,7 @@ TEST_F(OrvcfgHouseTest, ATerminalShowsNoPassword) {
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
+        alarm(60);
         if (chdir(Text(L"").c_str()) != 0) _exit(99);
         execl(ORVCFG_PROGRAM, "orvcfg", "--system", "i/system", "users", "add", "Anna", "--level", "Surveyor", nullptr);
         _exit(99);
