@@ -40,6 +40,13 @@ void AddTideExport(CLI::App& tide, Session& session);
 void AddLog(CLI::App& app, Session& session);
 void AddLogHeader(CLI::App& log, Session& session);
 void AddFileset(CLI::App& app, Session& session);
+void AddMessages(CLI::App& app, Session& session);
+void AddHistory(CLI::App& app, Session& session);
+void AddClean(CLI::App& app, Session& session);
+void AddUsers(CLI::App& app, Session& session);
+void AddRights(CLI::App& app, Session& session);
+void AddLanguage(CLI::App& app, Session& session);
+void AddFormat(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.

@@ -84,7 +84,7 @@ void TellWrongUsage(CLI::App& app, Session& session, const CLI::ParseError& erro
 ExitCode Run(int argc, char** argv, Session& session) {
     CLI::App app(
         "Looks after installations and projects of the survey suite: settings, paths, files, geoid grids, "
-        "reduced heights.",
+        "reduced heights, messages, old files, users.",
         "orvcfg");
     app.set_version_flag("--version", "orvcfg " ORVCFG_VERSION, "Show the version and end");
     app.set_help_flag("-h,--help", "Show this help and end");
@@ -108,6 +108,13 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddTide(app, session);
     AddLog(app, session);
     AddFileset(app, session);
+    AddMessages(app, session);
+    AddHistory(app, session);
+    AddClean(app, session);
+    AddUsers(app, session);
+    AddRights(app, session);
+    AddLanguage(app, session);
+    AddFormat(app, session);
     AddDemo(app, session);
     try {
         app.parse(argc, argv);

@@ -3,31 +3,12 @@
 #include "core/ConfigKeys.h"
 #include "core/DataSearch.h"
 #include "platform/text/CaseFold.h"
-#include "platform/text/NumberText.h"
 // Upward: DataSearch owns the levels file of the site and turns it into what the user's level denies, and is asked for
 // the user of a station without log-in.
 #include "users/UserAccessLevelsFile.h"
 #include "users/UserAccountsFile.h"
 
 namespace orv {
-
-namespace {
-
-/// An item as the levels file holds it: "key = label;id;allowed,allowed,...", one number a level.
-struct LevelItem {
-    int id = 0;
-    COrvString levels{L','};
-
-    bool Parse(const std::wstring& text) {
-        const std::vector<std::wstring> parts = DataSearch::Split(text, {L";", L"="}, true);
-        if (parts.size() != 4) return false;
-        id = ParseLeadingInt(TrimBlanks(parts[2]));
-        levels.LoadString(TrimBlanks(parts[3]), true);
-        return true;
-    }
-};
-
-}  // namespace
 
 void DataSearch::LoadAllowedItems() {
     ualInvalid = !accessLevels->ReadUserAccessLevelsFile();
@@ -38,13 +19,11 @@ void DataSearch::LoadAllowedItems() {
         std::vector<int>& denied = deniedItems.emplace_back();
         for (const std::wstring_view prefix : {UAL_ITEM_PREFIX, UAL_OPTION_PREFIX}) {
             for (const std::wstring& text : accessLevels->GetItems(application, std::wstring(prefix))) {
-                LevelItem item;
-                int allowed = 1;
-                if (item.Parse(text) && item.levels.GetItem(levelIndex, allowed) && allowed == 0) {
-                    denied.push_back(item.id);
-                }
+                UserAccessItem item;
+                if (item.Parse(text) && !item.Allows(levelIndex)) denied.push_back(item.id);
             }
         }
+        std::sort(denied.begin(), denied.end());  // menus ask for each of their items again and again
     }
 }
 
@@ -68,7 +47,7 @@ bool DataSearch::PermissionToUseItem(const std::wstring& application, int id) co
                                   [&](const std::wstring& name) { return EqualNoCase(name, application); });
     if (app == levelApps.end()) return true;
     const std::vector<int>& denied = deniedItems[static_cast<std::size_t>(app - levelApps.begin())];
-    return std::find(denied.begin(), denied.end(), id) == denied.end();
+    return !std::binary_search(denied.begin(), denied.end(), id);
 }
 
 // Items and options share one list of ids.
@@ -80,7 +59,7 @@ void DataSearch::GetAllAppItems(int level, int value, const std::wstring& prefix
     out.clear();
     const std::wstring wanted = prefix.empty() ? std::wstring(UAL_ITEM_PREFIX) : prefix;
     for (const std::wstring& text : accessLevels->GetItems(appName, wanted)) {
-        LevelItem item;
+        UserAccessItem item;
         if (!item.Parse(text) || level < 0 || level >= item.levels.Size()) continue;
         int number = 0;
         if (value == -1 || (item.levels.GetItem(level, number) && number == value)) out.push_back(item.id);

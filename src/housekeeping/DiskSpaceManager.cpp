@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
 
 #include "core/ConfigKeys.h"
 #include "core/DataSearch.h"
@@ -16,25 +17,19 @@ namespace {
 constexpr std::int64_t kSecondsPerDay = 86400;
 constexpr std::wstring_view kDeleted = L"[Disk Space Manager] Deleted file: %s";
 
-struct LoggedFile {
-    std::wstring path;
-    std::uint64_t length = 0;
-    CTime created = 0;
-};
-
 /// Oldest first. A file whose status can't be had is left alone. Empty once `stop` is set.
-std::vector<LoggedFile> ListFiles(const TypeFolder& type, const std::atomic<bool>& stop) {
-    std::vector<LoggedFile> files;
+std::vector<DiskSpaceStep> ListFiles(const TypeFolder& type, const std::atomic<bool>& stop) {
+    std::vector<DiskSpaceStep> files;
     for (const FolderEntry& entry : FindFiles(type.folder, L"*" + type.extension)) {
         if (stop) return {};
         if (entry.isFolder || entry.isLink) continue;
         const std::wstring path = type.folder + entry.name;
         FileStatus status;
         if (Files().Status(path, status) != FsResult::Ok || !status.exists) continue;
-        files.push_back({path, status.size, status.created});
+        files.push_back({path, status.size, status.created, false, false, status.readOnly});
     }
     std::stable_sort(files.begin(), files.end(),
-                     [](const LoggedFile& a, const LoggedFile& b) { return a.created < b.created; });
+                     [](const DiskSpaceStep& a, const DiskSpaceStep& b) { return a.created < b.created; });
     return files;
 }
 
@@ -122,20 +117,52 @@ void DiskSpaceManager::Round(const std::atomic<bool>& stop) {
     }
 }
 
-void DiskSpaceManager::DeleteOldFilesIn(CTime time, const TypeFolder& type, const std::atomic<bool>& stop) {
+/// `freed`: bytes that the plan has won on the type's disk before. Each type reads the free space at its own turn.
+DiskSpacePlan DiskSpaceManager::PlanIn(CTime time, const TypeFolder& type, std::uint64_t freed,
+                                       const std::atomic<bool>& stop) const {
+    DiskSpacePlan plan;
     // A disk that is full to the last byte has a free space of 0, which is known, and the best reason to go on.
     const std::optional<std::uint64_t> known = Files().FreeSpace(type.folder);
-    if (!known) return;
-    std::uint64_t free = *known;
-    if (!maxDaysEnabled && free >= minFree) return;
+    if (!known) return plan;
+    std::uint64_t free = AddClipped(*known, freed);
+    if (!maxDaysEnabled && free >= minFree) return plan;
     const CTime threshold = time - maxDays * kSecondsPerDay;
-    for (const LoggedFile& file : ListFiles(type, stop)) {
-        const bool tooOld = maxDaysEnabled && file.created < threshold;
-        const bool spaceNeeded = minFreeEnabled && free < minFree;
-        if (stop || (!tooOld && !spaceNeeded)) return;
-        if (Files().Remove(file.path) == FsResult::Ok) reports.Report(kLevelInformation, kDeleted, file.path);
-        // Also where it failed: one file that stays must not cost all younger ones their place.
+    std::vector<DiskSpaceStep> files = ListFiles(type, stop);
+    plan.files = files.size();
+    if (!files.empty()) plan.newest = files.back().created;
+    for (DiskSpaceStep& file : files) {
+        file.tooOld = maxDaysEnabled && file.created < threshold;
+        file.spaceNeeded = minFreeEnabled && free < minFree;
+        if (!file.tooOld && !file.spaceNeeded) break;
+        // Also where it will fail: one file that stays must not cost all younger ones their place.
         free = AddClipped(free, file.length);
+        plan.steps.push_back(std::move(file));
+    }
+    return plan;
+}
+
+DiskSpacePlan DiskSpaceManager::Plan(CTime time) const {
+    const std::atomic<bool> never{false};
+    DiskSpacePlan plan;
+    std::map<std::uint64_t, std::uint64_t> freed;  // by disk
+    for (const TypeFolder& type : FindTypeFolders()) {
+        FileStatus folder;
+        static_cast<void>(Files().Status(type.folder, folder));
+        DiskSpacePlan part = PlanIn(time, type, freed[folder.device], never);
+        for (DiskSpaceStep& step : part.steps) {
+            if (!step.readOnly) freed[folder.device] = AddClipped(freed[folder.device], step.length);
+            plan.steps.push_back(std::move(step));
+        }
+        plan.newest = plan.files == 0 ? part.newest : std::max(plan.newest, part.newest);
+        plan.files += part.files;
+    }
+    return plan;
+}
+
+void DiskSpaceManager::DeleteOldFilesIn(CTime time, const TypeFolder& type, const std::atomic<bool>& stop) {
+    for (const DiskSpaceStep& file : PlanIn(time, type, 0, stop).steps) {
+        if (stop) return;
+        if (Files().Remove(file.path) == FsResult::Ok) reports.Report(kLevelInformation, kDeleted, file.path);
     }
 }
 

@@ -31,6 +31,21 @@ inline double StoredMinFree(double gigabytes) {
     return gigabytes * kBytesPerGigabyte;
 }
 
+/// A file that a round would delete, and which rules ask for it.
+struct DiskSpaceStep {
+    std::wstring path;
+    std::uint64_t length = 0;  ///< bytes
+    CTime created = 0;
+    bool tooOld = false, spaceNeeded = false;
+    bool readOnly = false;  ///< it will stay
+};
+/// What a round would do, and what it would do that to.
+struct DiskSpacePlan {
+    std::vector<DiskSpaceStep> steps;  ///< in the order of the round
+    std::size_t files = 0;             ///< all that were looked at
+    CTime newest = 0;                  ///< when the newest of them was made; only with files
+};
+
 /// Keeps the data disks of a survey computer from filling up: deletes logged data files, oldest first, that are older
 /// than an age limit or whose space is needed. Files in use stay. Links stay, and what they lead to.
 ///
@@ -49,6 +64,8 @@ public:
     void Start(CTime now);
     void Stop() { worker.Stop(); }
     bool HasWorker() const { return worker.IsThere(); }
+    /// What a round at `time` would find and delete. It deletes nothing; files that are in use it can't tell.
+    DiskSpacePlan Plan(CTime time) const;
 
 protected:
     void DeleteOldFiles(CTime time);  ///< a round in the caller's thread
@@ -57,6 +74,7 @@ private:
     using TypeFolders = std::vector<TypeFolder>;
     TypeFolders FindTypeFolders() const;
     void Round(const std::atomic<bool>& stop);
+    DiskSpacePlan PlanIn(CTime time, const TypeFolder& type, std::uint64_t freed, const std::atomic<bool>& stop) const;
     void DeleteOldFilesIn(CTime time, const TypeFolder& type, const std::atomic<bool>& stop);
 
     ReportTarget reports;

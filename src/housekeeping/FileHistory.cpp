@@ -1,6 +1,7 @@
 #include "housekeeping/FileHistory.h"
 
 #include <algorithm>
+#include <set>
 
 #include "core/CFileTypeList.h"
 #include "core/ConfigKeys.h"
@@ -30,17 +31,46 @@ auto LastBefore(const std::vector<std::wstring>& names, IsLate isLate) {
     return name;
 }
 
-std::vector<FolderEntry> ListFolder(const std::wstring& folder) {
-    std::vector<FolderEntry> entries;
-    static_cast<void>(Files().List(folder, entries));
-    return entries;
-}
-
 bool StatusOf(const std::wstring& path, FileStatus& status) {
     return Files().Status(path, status) == FsResult::Ok && status.exists;
 }
 
 }  // namespace
+
+/// Indexed by title, ignoring case, as a round over thousands of files asks for each.
+class FileHistory::Folder {
+public:
+    Folder(const std::wstring& path, std::wstring_view extension) {
+        std::vector<FolderEntry> entries;
+        static_cast<void>(Files().List(path, entries));
+        for (const FolderEntry& entry : entries) {
+            const std::size_t size = entry.name.size();
+            if (entry.isFolder || size < kTimePartSize + extension.size() || !EndsWithNoCase(entry.name, extension)) {
+                continue;
+            }
+            if (entry.isLink) {
+                links.insert(ToLower(entry.name));
+            } else {
+                Add(entry.name.substr(0, size - extension.size()));
+            }
+        }
+    }
+    void Add(const std::wstring& name) {
+        names[ToLower(std::wstring_view(name).substr(0, name.size() - kTimePartSize))].push_back(name);
+    }
+    Names Find(std::wstring_view title) const {
+        const auto found = names.find(ToLower(title));
+        Names copies = found != names.end() ? found->second : Names();
+        std::sort(copies.begin(), copies.end());
+        return copies;
+    }
+    bool HasLink(std::wstring_view nameWithExtension) const { return links.contains(ToLower(nameWithExtension)); }
+    const auto& All() const { return names; }
+
+private:
+    std::map<std::wstring, Names> names;  // by title in lower case
+    std::set<std::wstring> links;         // in lower case
+};
 
 bool FileHistory::LoadSettings(DataSearch& search) {
     enabled = false;
@@ -68,20 +98,64 @@ void FileHistory::MakeBackup(CTime now, const std::atomic<bool>& stop) {
     MakeBackup(FindTypeFolders(), now, stop);
 }
 
+std::vector<FileHistory::DataFile> FileHistory::ListFiles(const TypeFolder& type) {
+    std::vector<DataFile> files;
+    for (const FolderEntry& entry : FindFiles(type.folder, L"*" + type.extension)) {
+        if (entry.isFolder || entry.isLink) continue;
+        // By the name on disk: where case tells two files apart, each must be itself.
+        files.push_back({type.folder + entry.name, entry.name.substr(0, entry.name.size() - type.extension.size()),
+                         type.extension});
+    }
+    return files;
+}
+
 void FileHistory::MakeBackup(const TypeFolders& types, CTime now, const std::atomic<bool>& stop) {
     for (const TypeFolder& type : types) {
-        std::vector<FolderEntry> history = ListFolder(historyFolder);
-        for (const FolderEntry& entry : orv::FindFiles(type.folder, L"*" + type.extension)) {
+        if (stop) return;
+        Folder history(historyFolder, type.extension);
+        for (const DataFile& file : ListFiles(type)) {
             if (stop) return;
-            if (entry.isFolder || entry.isLink) continue;
-            // By the name on disk: where case tells two files apart, each must be itself.
-            const std::wstring title = entry.name.substr(0, entry.name.size() - type.extension.size());
-            const DataFile file = {type.folder + entry.name, title, type.extension};
-            Names copies = FindFiles(history, title, type.extension);
+            Names copies = history.Find(file.title);
             BackupFile(file, copies, history, now, stop);
             PurgeOld(file, copies, now);
         }
     }
+}
+
+std::vector<HistoryStep> FileHistory::Plan(CTime now) const {
+    std::vector<HistoryStep> steps;
+    for (const TypeFolder& type : FindTypeFolders()) {
+        Folder history(historyFolder, type.extension);
+        for (const DataFile& file : ListFiles(type)) {
+            Names copies = history.Find(file.title);
+            if (const CopyWanted copy = WantsCopy(file, copies, now); !copy.name.empty()) {
+                steps.push_back({copy.reason, file.path, CopyPath(copy.name, file.extension)});
+                copies.push_back(copy.name);
+                history.Add(copy.name);
+            }
+            for (const std::wstring& name : Outdated(file, copies, now)) {
+                steps.push_back({HistoryStep::Reason::TooOld, CopyPath(name, file.extension), {}});
+            }
+        }
+    }
+    return steps;
+}
+
+std::vector<HistoryCopy> FileHistory::ListCopies(unsigned typeId, const std::wstring& title) const {
+    std::vector<HistoryCopy> list;
+    const auto type = fileTypes.find(typeId);
+    if (type == fileTypes.end()) return list;
+    const Folder history(historyFolder, type->second);
+    for (const auto& [lower, names] : history.All()) {
+        if (!title.empty() && lower != ToLower(title)) continue;
+        for (const std::wstring& name : history.Find(lower)) {
+            FileStatus status;
+            const std::wstring path = CopyPath(name, type->second);
+            if (!StatusOf(path, status)) continue;
+            list.push_back({name.substr(0, name.size() - kTimePartSize), path, status.modified, status.size});
+        }
+    }
+    return list;
 }
 
 std::wstring FileHistory::GetTimePart(CTime time) {
@@ -94,58 +168,51 @@ std::wstring FileHistory::GetTimePart(CTime time) {
     return text.substr(0, kTimePartSize);
 }
 
-FileHistory::Names FileHistory::FindFiles(const std::vector<FolderEntry>& history, std::wstring_view title,
-                                          std::wstring_view extension) {
-    Names names;
-    for (const FolderEntry& entry : history) {
-        if (entry.isFolder || entry.isLink || entry.name.size() != title.size() + kTimePartSize + extension.size() ||
-            !EndsWithNoCase(entry.name, extension) ||
-            !EqualNoCase(std::wstring_view(entry.name).substr(0, title.size()), title)) {
-            continue;
-        }
-        names.push_back(entry.name.substr(0, title.size() + kTimePartSize));
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 std::wstring FileHistory::CopyPath(const std::wstring& name, const std::wstring& extension) const {
     return historyFolder + name + extension;
 }
 
-void FileHistory::BackupFile(const DataFile& file, Names& copies, std::vector<FolderEntry>& history, CTime now,
-                             const std::atomic<bool>& stop) {
+FileHistory::CopyWanted FileHistory::WantsCopy(const DataFile& file, const Names& copies, CTime now) const {
     FileStatus source, last;
-    if (!StatusOf(file.path, source) || source.modified > now) return;
-    CTime time = source.modified;
-    if (!copies.empty()) {
-        if (!StatusOf(CopyPath(copies.back(), file.extension), last)) return;
-        if (last.modified == source.modified && last.size == source.size) return;
-        // An older file was put back: it must still sort last, also behind one that was put back before.
-        const bool sortsBefore = file.title + GetTimePart(source.modified) < copies.back();
-        if (source.modified < last.modified || sortsBefore) time = now;
+    if (!StatusOf(file.path, source) || source.modified > now) return {};
+    const std::wstring name = file.title + GetTimePart(source.modified);
+    if (copies.empty()) return {name, HistoryStep::Reason::First};
+    if (!StatusOf(CopyPath(copies.back(), file.extension), last)) return {};
+    if (last.modified == source.modified && last.size == source.size) return {};
+    // An older file was put back: it must still sort last, also behind one that was put back before.
+    if (source.modified < last.modified || name < copies.back()) {
+        return {file.title + GetTimePart(now), HistoryStep::Reason::PutBack};
     }
-    const std::wstring name = file.title + GetTimePart(time), target = CopyPath(name, file.extension);
+    return {name, HistoryStep::Reason::Changed};
+}
+
+void FileHistory::BackupFile(const DataFile& file, Names& copies, Folder& history, CTime now,
+                             const std::atomic<bool>& stop) {
+    const std::wstring name = WantsCopy(file, copies, now).name, target = CopyPath(name, file.extension);
+    if (name.empty()) return;
     static_cast<void>(Files().MakeFolder(historyFolder));
     // Through a link the copy would replace whatever it leads to.
-    const bool isLink = std::any_of(history.begin(), history.end(), [&](const FolderEntry& entry) {
-        return entry.isLink && EqualNoCase(entry.name, name + file.extension);
-    });
-    if (!isLink && CopyWholeFile(file.path, target, &stop) == FsResult::Ok) {
+    if (!history.HasLink(name + file.extension) && CopyWholeFile(file.path, target, &stop) == FsResult::Ok) {
         reports.Report(kLevelInformation, kCreated, target);
-        if (copies.empty() || copies.back() != name) copies.push_back(name);
-        history.push_back({name + file.extension, false});
+        if (copies.empty() || copies.back() != name) {
+            copies.push_back(name);
+            history.Add(name);
+        }
     } else if (!stop) {
         reports.Report(kLevelFailure, kNotCreated, file.path);
     }
 }
 
-void FileHistory::PurgeOld(const DataFile& file, const Names& copies, CTime now) {
+/// Copies that go, oldest first. What was valid at the age limit is kept, so that every moment within the limit can be
+/// looked up.
+FileHistory::Names FileHistory::Outdated(const DataFile& file, const Names& copies, CTime now) const {
     const std::wstring key = file.title + GetTimePart(now - maxDays * kSecondsPerDay);
-    // What was valid at the age limit is kept, so that every moment within the limit can be looked up.
-    const auto kept = LastBefore(copies, [&](const std::wstring& name) { return name > key; });
-    for (auto name = copies.begin(); name != kept; ++name) {
-        const std::wstring path = CopyPath(*name, file.extension);
+    return {copies.begin(), LastBefore(copies, [&](const std::wstring& name) { return name > key; })};
+}
+
+void FileHistory::PurgeOld(const DataFile& file, const Names& copies, CTime now) {
+    for (const std::wstring& name : Outdated(file, copies, now)) {
+        const std::wstring path = CopyPath(name, file.extension);
         const bool deleted = Files().Remove(path) == FsResult::Ok;
         reports.Report(deleted ? kLevelInformation : kLevelFailure, deleted ? kDeleted : kNotDeleted, path);
     }
@@ -154,7 +221,7 @@ void FileHistory::PurgeOld(const DataFile& file, const Names& copies, CTime now)
 bool FileHistory::GetFullPath(unsigned typeId, std::wstring& path, CTime time) const {
     const auto type = fileTypes.find(typeId);
     if (type == fileTypes.end()) return false;
-    const Names copies = FindFiles(ListFolder(historyFolder), path, type->second);
+    const Names copies = Folder(historyFolder, type->second).Find(path);
     const std::wstring key = path + GetTimePart(time);
     const auto found = LastBefore(copies, [&](const std::wstring& name) { return name >= key; });
     if (found == copies.end()) return false;

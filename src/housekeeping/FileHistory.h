@@ -14,6 +14,25 @@ namespace orv {
 
 class FileObject;
 
+/// What a round of the file history does to one file, and why.
+struct HistoryStep {
+    enum class Reason {
+        First,    ///< copied: there is no copy yet
+        Changed,  ///< copied: time or size differ from the newest copy
+        PutBack,  ///< copied: an older file was put back
+        TooOld,   ///< a copy is deleted
+    };
+    Reason reason = Reason::First;
+    std::wstring path;    ///< of the file, or of the copy that goes
+    std::wstring target;  ///< of the new copy
+};
+/// One dated copy.
+struct HistoryCopy {
+    std::wstring title, path;
+    CTime modified = 0;  ///< of the file that was copied
+    std::uint64_t size = 0;
+};
+
 /// Dated copies of configuration and project files: copies what has changed, removes what is too old, and finds the
 /// copy that was valid at a moment. A copy is called title + "_YYYY-MM-DD-hhmm" + extension, local time. Links are
 /// neither copied nor taken for copies.
@@ -32,6 +51,11 @@ public:
     bool IsEnabled() const { return enabled; }
     /// One round over all types under history; `stop` ends it after the file under way. Main thread.
     void MakeBackup(CTime now, const std::atomic<bool>& stop);
+    /// What a round at `now` would do. It does nothing.
+    std::vector<HistoryStep> Plan(CTime now) const;
+    /// All copies of a type by title, oldest first; those of one title if it isn't empty. Also of files that are gone.
+    std::vector<HistoryCopy> ListCopies(unsigned typeId, const std::wstring& title) const;
+    const std::map<unsigned, std::wstring>& Types() const { return fileTypes; }  ///< under history: extension by id
     /// `path`: a title, and on success the full path of its newest copy before the minute of `time`, or of the oldest.
     bool GetFullPath(unsigned typeId, std::wstring& path, CTime time) const;
 
@@ -42,15 +66,20 @@ protected:
 
 private:
     using Names = std::vector<std::wstring>;  ///< copies of one title, without extension, oldest first
+    class Folder;                             // what the history folder holds of one type
     struct DataFile {
         std::wstring path, title, extension;
     };
+    struct CopyWanted {
+        std::wstring name;  ///< empty: none
+        HistoryStep::Reason reason = HistoryStep::Reason::First;
+    };
     static std::wstring GetTimePart(CTime time);
-    static Names FindFiles(const std::vector<FolderEntry>& history, std::wstring_view title,
-                           std::wstring_view extension);
+    static std::vector<DataFile> ListFiles(const TypeFolder& type);
     std::wstring CopyPath(const std::wstring& name, const std::wstring& extension) const;
-    void BackupFile(const DataFile& file, Names& copies, std::vector<FolderEntry>& history, CTime now,
-                    const std::atomic<bool>& stop);
+    CopyWanted WantsCopy(const DataFile& file, const Names& copies, CTime now) const;
+    Names Outdated(const DataFile& file, const Names& copies, CTime now) const;
+    void BackupFile(const DataFile& file, Names& copies, Folder& history, CTime now, const std::atomic<bool>& stop);
     void PurgeOld(const DataFile& file, const Names& copies, CTime now);
 
     ReportTarget reports;

@@ -7,9 +7,26 @@
 #include "core/ProtectedFileObject.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/CaseFold.h"
+#include "platform/text/NumberText.h"
 #include "project/ProjectDefinition.h"
 
 namespace orv {
+
+bool UserAccessItem::Parse(const std::wstring& text) {
+    const std::vector<std::wstring> parts = DataSearch::Split(text, {L";", L"="}, true);
+    if (parts.size() != 4) return false;
+    key = TrimBlanks(parts[0]);
+    label = TrimBlanks(parts[1]);
+    id = ParseLeadingInt(TrimBlanks(parts[2]));
+    levels.LoadString(TrimBlanks(parts[3]), true);
+    return true;
+}
+
+bool UserAccessItem::Allows(int level) const {
+    int number = 1;
+    levels.GetItem(level, number);
+    return number != 0;
+}
 
 bool UserAccessLevelsFile::ReadUserAccessLevelsFile() {
     Clear();
@@ -23,8 +40,13 @@ bool UserAccessLevelsFile::ReadUserAccessLevelsFile() {
     // Nobody may open rights to himself with an editor: the checksum must hold, for this very name.
     ProtectedFileObject verified;
     if (!verified.FileOpen(path, true, kOpenRead)) return false;
-    static_cast<FileObject&>(*this) = verified;
+    Take(verified);
+    return true;
+}
 
+void UserAccessLevelsFile::Take(const FileObject& verified) {
+    Clear();
+    static_cast<FileObject&>(*this) = verified;
     FobjSection cursor;
     std::wstring section;
     for (bool more = GetFirstSectionEntry(cursor, section); more; more = GetNextSectionEntry(cursor, section)) {
@@ -38,7 +60,6 @@ bool UserAccessLevelsFile::ReadUserAccessLevelsFile() {
             applications.push_back(section);
         }
     }
-    return true;
 }
 
 int UserAccessLevelsFile::UserAccessLevelIndex(const std::wstring& name) const {

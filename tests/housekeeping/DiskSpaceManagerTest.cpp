@@ -2,9 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <random>
-
 #include "Fakes.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/PathText.h"
@@ -21,25 +18,7 @@ struct LoggedFile {
     std::wstring name;
     std::size_t size;
     CTime age;  ///< seconds
-    bool inUse = false;
 };
-
-/// Names that stay, oldest first: files go while one of the rules asks for the oldest that is left.
-std::vector<std::wstring> Survivors(std::vector<LoggedFile> files, const DiskSpaceSetup& rules, std::uint64_t free) {
-    std::sort(files.begin(), files.end(),
-              [](const auto& a, const auto& b) { return a.age != b.age ? a.age > b.age : a.name < b.name; });
-    std::vector<std::wstring> stay;
-    bool ended = false;
-    for (const LoggedFile& file : files) {
-        const bool old = rules.maxDaysEnabled && file.age > rules.maxDays * kDay;
-        const bool needed = rules.minFreeEnabled && static_cast<double>(free) < rules.minFree;
-        ended = ended || (!old && !needed);
-        if (ended || file.inUse) stay.push_back(file.name);
-        free += file.size;
-    }
-    std::sort(stay.begin(), stay.end());
-    return stay;
-}
 
 class Manager : public DiskSpaceManager {
 public:
@@ -60,7 +39,6 @@ protected:
     void Put(const LoggedFile& file) {
         test::WriteBytes(folder + file.name, std::string(file.size, 'x'));
         ASSERT_EQ(RealFileSystem().SetModified(folder + file.name, kNow - file.age, 0), FsResult::Ok);
-        if (file.inUse) disk.inUse.insert(folder + file.name);
     }
     std::vector<std::wstring> Names() const {
         std::vector<std::wstring> names;
@@ -75,27 +53,6 @@ protected:
     test::AwaitedLog log;
     Manager manager;
 };
-
-TEST_F(DiskSpaceManagerTest, AgreesWithItsModel) {
-    std::mt19937 random(11);
-    const auto upTo = [&](int most) { return std::uniform_int_distribution<int>(0, most)(random); };
-    for (int round = 0; round < 300; ++round) {
-        for (const std::wstring& name : Names()) ASSERT_EQ(RealFileSystem().Remove(folder + name), FsResult::Ok);
-        disk.inUse.clear();
-        std::vector<LoggedFile> files;
-        for (int i = upTo(8); i > 0; --i) {
-            // Whole days meet the age limit exactly; upper-case endings are of the same type.
-            files.push_back({L"log" + std::to_wstring(i) + (upTo(4) ? L".raw" : L".RAW"),
-                             static_cast<std::size_t>(upTo(50)), upTo(5) * 10 * kDay + upTo(1), upTo(5) == 0});
-            Put(files.back());
-        }
-        const DiskSpaceSetup rules = {upTo(1) == 1, 30, upTo(2) > 0, static_cast<double>(upTo(200))};
-        disk.free = static_cast<std::uint64_t>(upTo(1) * upTo(150));  // often not a byte
-        ASSERT_TRUE(Rules(rules));
-        manager.DeleteOldFiles(kNow);
-        ASSERT_EQ(Names(), Survivors(files, rules, *disk.free)) << round;
-    }
-}
 
 TEST_F(DiskSpaceManagerTest, WhatItLeavesAlone) {
     Put({L"a.raw", 10, 99 * kDay});

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <future>
-#include <set>
 
 #include "housekeeping/BaseORVMessage.h"
 #include "platform/os/Clock.h"
@@ -19,21 +18,17 @@ public:
     std::atomic<std::int64_t> seconds;
 };
 
-/// The real files with a free space and files in use as a test says. In force while it lives.
+/// The real files with a free space as a test says. In force while it lives.
 class SimulatedDisk : public FailingFileSystem {
 public:
     SimulatedDisk() : FailingFileSystem(0) { SetFileSystem(this); }
     ~SimulatedDisk() override { SetFileSystem(nullptr); }
-    FsResult Remove(std::wstring_view path) override {
-        return inUse.contains(std::wstring(path)) ? FsResult::InUse : FailingFileSystem::Remove(path);
-    }
     std::optional<std::uint64_t> FreeSpace(std::wstring_view) override { return free; }
     FsResult List(std::wstring_view folder, std::vector<FolderEntry>& entries) override {
         ++listings;
         return FailingFileSystem::List(folder, entries);
     }
     std::optional<std::uint64_t> free;
-    std::set<std::wstring> inUse;
     std::atomic<int> listings = 0;
 };
 

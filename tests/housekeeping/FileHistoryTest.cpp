@@ -2,9 +2,6 @@
 
 #include <unistd.h>
 
-#include <ctime>
-#include <random>
-
 #include "Fakes.h"
 #include "core/ConfigKeys.h"
 #include "platform/os/FileTools.h"
@@ -49,83 +46,6 @@ protected:
     test::AwaitedLog log;
     FileHistoryBackup history;
 };
-
-/// What the history holds, told in plain steps: all copies by title, oldest first.
-class HistoryModel {
-public:
-    struct Copy {
-        std::string name;
-        std::size_t size;
-        CTime modified;
-    };
-    static std::string Name(const std::string& title, CTime time) {
-        char text[40];
-        std::strftime(text, sizeof text, "_%Y-%m-%d-%H%M", std::gmtime(&time));
-        return title + text;
-    }
-    void Edit(const std::string& title, std::size_t size, CTime modified) { files[title] = {title, size, modified}; }
-    void Round(CTime now, int days) {
-        for (const auto& [title, file] : files) {
-            std::vector<Copy>& copies = history[title];
-            const bool changed =
-                copies.empty() || copies.back().size != file.size || copies.back().modified != file.modified;
-            if (file.modified <= now && changed) {
-                const bool older = !copies.empty() && (file.modified < copies.back().modified ||
-                                                       Name(title, file.modified) < copies.back().name);
-                const std::string name = Name(title, older ? now : file.modified);
-                std::erase_if(copies, [&](const Copy& copy) { return copy.name == name; });
-                copies.push_back({name, file.size, file.modified});
-            }
-            while (copies.size() > 1 && copies[1].name <= Name(title, now - days * kDay)) copies.erase(copies.begin());
-        }
-    }
-    std::string At(const std::string& title, CTime time) {
-        std::string found = history[title].empty() ? "" : history[title].front().name;
-        for (const Copy& copy : history[title]) {
-            if (copy.name < Name(title, time)) found = copy.name;
-        }
-        return found;
-    }
-    std::string Names() const {
-        std::set<std::string> names;
-        for (const auto& [title, copies] : history) {
-            for (const Copy& copy : copies) names.insert(copy.name + ".acf\n");
-        }
-        std::string text;
-        for (const std::string& name : names) text += name;
-        return text;
-    }
-
-private:
-    std::map<std::string, Copy> files;
-    std::map<std::string, std::vector<Copy>> history;
-};
-
-TEST_F(FileHistoryTest, AgreesWithItsModel) {
-    HistoryModel model;
-    std::mt19937 random(7);
-    const auto upTo = [&](int most) { return std::uniform_int_distribution<int>(0, most)(random); };
-    const std::string titles[] = {"survey", "survey1", "Night shift"};
-    CTime now = kNow;
-    for (int step = 0; step < 120; ++step) {
-        now += upTo(3) == 0 ? upTo(9) * kDay : 20 + upTo(100);
-        const std::string& title = titles[upTo(2)];
-        const std::size_t size = static_cast<std::size_t>(upTo(3));
-        const CTime modified =
-            now - (upTo(4) == 0 ? upTo(40) * kDay : -upTo(1));  // now and then an older one, or ahead
-        Edit(PathFromBytes(title), size, modified);
-        model.Edit(title, size, modified);
-        Round(now);
-        model.Round(now, 30);
-        ASSERT_EQ(PathToBytes(Copies()), model.Names()) << step;
-        const CTime asked = now - upTo(50) * kDay;
-        std::wstring path = PathFromBytes(title);
-        const bool found = history.GetFullPath(kFileTypeAppConfig, path, asked);
-        const std::string expected = model.At(title, asked);
-        ASSERT_EQ(found, !expected.empty());
-        ASSERT_TRUE(!found || path == HistoryFolder() + PathFromBytes(expected) + L".acf") << step << PathToBytes(path);
-    }
-}
 
 TEST_F(FileHistoryTest, TellsWhatItDid) {
     for (const int days : {40, 35, 10}) {
