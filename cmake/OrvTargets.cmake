@@ -39,6 +39,7 @@ function(orv_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests ${PROJECT_SOURCE_DIR}/src)
   target_compile_definitions(${name} PRIVATE ORV_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ORV_BINARY_DIR="${PROJECT_BINARY_DIR}")
   target_link_libraries(${name} PRIVATE orv_options orvconfigure orv_testing GTest::gtest_main)
+  target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)  # tests are built more often than run
   add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
 endfunction()
 

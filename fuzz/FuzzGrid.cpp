@@ -1,6 +1,8 @@
 // Any bytes as a grid file of one form, read by its model as a host does and asked at places of its own: each eight
-// bytes of the file are a coordinate, too, so that bounds and edges come up by themselves. ORV_GRID names the form.
+// bytes of the file are a coordinate, too, so that bounds and edges come up by themselves. The program's own name ends
+// in that of the form: fuzz_grid_byn.
 
+#include <errno.h>
 #include <stdlib.h>
 
 #include <bit>
@@ -51,8 +53,9 @@ constexpr Form kForms[] = {
 };
 
 const Form& Chosen() {
+    const std::string_view program = program_invocation_short_name;
     for (const Form& form : kForms) {
-        if (form.name == ORV_GRID) return form;
+        if (program == "fuzz_grid_" + std::string(form.name)) return form;
     }
     std::abort();
 }
