@@ -132,7 +132,7 @@ private:
 
 MergeSave::MergeSave(FileObject& opened)
     : file(opened),
-      write([this](const std::wstring& path) { return file.FileSave(path, kSave); }),
+      write([&opened](const std::wstring& path) { return opened.FileSave(path, kSave); }),
       base(opened),
       patience(SaveLock::kPatience) {}
 
