@@ -104,6 +104,8 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddPort(app, session);
     AddApp(app, session);
     AddDeps(app, session);
+    AddVessel(app, session);
+    AddShape(app, session);
     AddDemo(app, session);
     try {
         app.parse(argc, argv);
