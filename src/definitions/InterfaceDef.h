@@ -19,7 +19,7 @@ public:
 
     /// Opens and brings old port names up to date. A sonar that was set to replay a file gets its address back, and the
     /// file is saved at once if there was one. False if it can't be opened.
-    [[nodiscard]] bool FileOpen(std::wstring_view fileName);
+    [[nodiscard]] bool FileOpen(std::wstring_view path);
 
     /// False, and `out` is left alone, if the port or its handler is missing, or a key that a port of kind file, OPC,
     /// OPC UA or IXXAT can't do without. Serial and network ports take defaults for what is missing.

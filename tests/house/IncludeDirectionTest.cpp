@@ -23,14 +23,17 @@ const std::map<std::string, int> kLayers = {{"platform", 0},   {"core", 1},    {
 
 // Source, and the folder above that it reaches into.
 const std::set<std::pair<std::string, std::string>> kUpward = {
-    {"platform/attributes/CAttributeMap.cpp", "core"},  // attributes are items of configuration files
-    {"core/DataSearch.cpp", "project"},                 // opens and owns the project
-    {"core/DataSearch.cpp", "users"},                   // owns the access levels
-    {"core/DataSearch.cpp", "housekeeping"},            // owns the file history, sets up the workers
-    {"core/DataSearchPaths.cpp", "project"},            // asks it for log folders
-    {"core/DataSearchPaths.cpp", "housekeeping"},       // asks the history for old copies
-    {"core/DataSearchRights.cpp", "users"},             // asks the access levels
-    {"surveydata/LogFileName.cpp", "project"},          // asks it how logs are named
+    {"platform/attributes/CAttributeMap.cpp", "core"},     // attributes are items of configuration files
+    {"core/DataSearch.cpp", "project"},                    // opens and owns the project
+    {"core/DataSearch.cpp", "users"},                      // owns the access levels
+    {"core/DataSearch.cpp", "housekeeping"},               // owns the file history, sets up the workers
+    {"core/DataSearchPaths.cpp", "project"},               // asks it for log folders
+    {"core/DataSearchPaths.cpp", "housekeeping"},          // asks the history for old copies
+    {"core/DataSearchRights.cpp", "users"},                // asks the access levels
+    {"surveydata/LogFileName.cpp", "project"},             // asks it how logs are named
+    {"surveydata/DredgeInstructionModel.cpp", "project"},  // fills its list of files
+    {"core/OrvConfigureInitializer.cpp", "definitions"},   // registers its port forms
+    {"core/OrvConfigureInitializer.cpp", "geoid"},         // registers its models
 };
 
 std::vector<std::string> IncludesOf(const fs::path& file) {
