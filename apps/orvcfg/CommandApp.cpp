@@ -5,6 +5,7 @@
 #include "Installation.h"
 #include "Suggest.h"
 #include "core/ConfigKeys.h"
+#include "core/MergeSave.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/NumberText.h"
 #include "platform/text/PathText.h"
@@ -208,6 +209,7 @@ ExitCode Select(Session& session, const SelectArguments& arguments) {
     const std::wstring path = ReadProject(session, project);
     if (path.empty()) return kCannotRun;
     if (!MayChange(session, project, path)) return kSomeFailed;
+    MergeSave merge(project);
     CAppDefDlg dialog(project);
     const AppDefChoice* definition = Find(session, dialog.GetDefinitions(), TextArgument(arguments.definition));
     if (!definition) return kSomeFailed;
@@ -229,8 +231,8 @@ ExitCode Select(Session& session, const SelectArguments& arguments) {
                         remedy);
         return kSomeFailed;
     }
-    if (!dialog.OnOK(definition->description, configuration) || !project.FileSave(path, 0, kSave)) {
-        session.Problem(PathToBytes(path), "Can't be written: " + ToUtf8(FsResultText(project.LastResult())),
+    if (!dialog.OnOK(definition->description, configuration) || !merge.Save(path)) {
+        session.Problem(PathToBytes(path), "Can't be written: " + ToUtf8(FsResultText(merge.LastResult())),
                         "Check the rights to the file and the space on its disk.");
         return kSomeFailed;
     }

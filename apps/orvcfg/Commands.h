@@ -47,6 +47,10 @@ void AddUsers(CLI::App& app, Session& session);
 void AddRights(CLI::App& app, Session& session);
 void AddLanguage(CLI::App& app, Session& session);
 void AddFormat(CLI::App& app, Session& session);
+void AddVessel(CLI::App& app, Session& session);
+void AddVesselCheck(CLI::App& vessel, Session& session);
+void AddVesselExchange(CLI::App& vessel, Session& session);
+void AddShape(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.

@@ -115,6 +115,8 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddRights(app, session);
     AddLanguage(app, session);
     AddFormat(app, session);
+    AddVessel(app, session);
+    AddShape(app, session);
     AddDemo(app, session);
     try {
         app.parse(argc, argv);

@@ -1,6 +1,7 @@
 #include "core/MergeSave.h"
 
 #include <optional>
+#include <thread>
 
 #include "core/ProtectedFileObject.h"
 #include "platform/notify/Notices.h"
@@ -38,6 +39,15 @@ void ForEachItem(const FileObject& file, const std::wstring& section, Visit visi
          more = file.GetNextMapEntry(cursor, key, value)) {
         visit(key, value);
     }
+}
+
+/// A shared volume may show a file as gone for the moment in which it is replaced.
+bool IsThere(const std::wstring& path) {
+    for (int look = 0; look < 3; ++look) {
+        if (FileExists(path)) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
 }
 
 /// Lays the changes from `base` to `mine` over `theirs`, which has changed from `base` in its own way.
@@ -122,7 +132,7 @@ private:
 
 MergeSave::MergeSave(FileObject& opened)
     : file(opened),
-      write([this](const std::wstring& path) { return file.FileSave(path, kSave); }),
+      write([&opened](const std::wstring& path) { return opened.FileSave(path, kSave); }),
       base(opened),
       patience(SaveLock::kPatience) {}
 
@@ -160,7 +170,7 @@ bool MergeSave::Save(std::wstring_view name, const std::function<void()>& whileH
 }
 
 bool MergeSave::SaveHeld(const std::wstring& path, const std::function<bool()>& isHeld) {
-    if (path == file.GetFileName() && FileExists(path)) {
+    if (path == file.GetFileName() && IsThere(path)) {
         FileObject theirs;
         if (!theirs.FileOpen(path, kOpenRead)) return Fail(theirs.LastResult());
         const FileObject read = theirs;
