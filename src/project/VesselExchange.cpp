@@ -176,7 +176,7 @@ void VesselConfig::SaveDevicesForSameGuid(VesselPairing& pairing) const {
         for (const Device& other : others) {
             if (!own.SameGuid(other) || pairing.IsHandled(other.section)) continue;
             if (!pairing.other.CopySection(other.section, own.section, *this)) continue;
-            pairing.Handle(other.section);
+            pairing.Handle(other.section, own.section);
             break;
         }
     }
@@ -209,7 +209,7 @@ bool VesselConfig::SaveDevicesForSameAttribs(VesselPairing& pairing) {
     };
     bool good = true;
     for (const Device& own : DevicesOf(*this, pairing.ownCount)) {
-        if (own.group == kPrivateGroup || pair(own)) continue;
+        if (own.group == kPrivateGroup || pairing.IsOwnHandled(own.section) || pair(own)) continue;
         if (!own.exists) {  // its number is out of reach, so it can't be shared
             good = false;
             continue;

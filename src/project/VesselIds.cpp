@@ -1,11 +1,14 @@
 // The ids of vessels in the references of a vessel file.
 
+#include <algorithm>
+#include <array>
+#include <string>
+
 #include "core/ConfigText.h"
-#include "core/SmallUtf8.h"
-#include "definitions/CCompOffset.h"
 #include "platform/attributes/CAttributeMap.h"
 #include "platform/text/Fields.h"
 #include "platform/text/NumberText.h"
+#include "platform/text/Utf.h"
 #include "project/VesselConfig.h"
 
 namespace orv {
@@ -14,9 +17,10 @@ namespace {
 
 // Groups of data that belong to no vessel, and the two forms of one group, of which a copy has the second.
 constexpr unsigned kUnboundGroups[] = {20, 1007};
-constexpr unsigned kGroupOfOriginal = 1012, kGroupOfCopy = 1011;
+constexpr unsigned kGroupOfOriginal = 1012;
+constexpr std::string_view kGroupOfCopy = "1011";
 constexpr std::wstring_view kIntervalLogItem = L"IntervalLogItem";
-constexpr std::wstring_view kLogging = L"LOGGING", kLoadAndDraught = L"LoadAndDraught";
+constexpr std::string_view kLoadAndDraught = "LoadAndDraught";
 
 bool IsUnbound(unsigned group) {
     return group == kUnboundGroups[0] || group == kUnboundGroups[1];
@@ -24,135 +28,189 @@ bool IsUnbound(unsigned group) {
 
 /// Items that hold a vessel id in a field of their comma list, by the part of the key ahead of "(".
 struct IdField {
-    std::wstring_view section, key;
-    int field;
-    std::wstring_view writtenTo;
+    std::string_view section, key;
+    std::size_t field;
+    std::string_view writtenTo;
 };
 constexpr IdField kIdFields[] = {
-    {L"Aliases", L"Alias", 2, L"Aliases"},
-    {kLogging, L"DataCondition", 1, kLogging},
-    {kLogging, L"DtmDevice", 1, kLogging},
-    {kLogging, L"ProductionUpdateDtmDevice", 1, kLogging},
+    {"Aliases", "Alias", 2, "Aliases"},
+    {"LOGGING", "DataCondition", 1, "LOGGING"},
+    {"LOGGING", "DtmDevice", 1, "LOGGING"},
+    {"LOGGING", "ProductionUpdateDtmDevice", 1, "LOGGING"},
     // Conditions of the next line land beside those of logging, where the applications have always looked for the ones
     // of a copied vessel; the ones in the guidance stay those of the vessel it was copied from.
-    {L"GUIDANCE", L"AutoNextLineCondition", 1, kLogging},
+    {"GUIDANCE", "AutoNextLineCondition", 1, "LOGGING"},
 };
 
-/// An attribute's value: its flags, and the reference behind them.
-template <class Reference>
-struct ReferenceValue {
-    explicit ReferenceValue(std::wstring_view value) {
-        const auto number = ParseUnsigned(*FieldAt(value, L',', 0));
-        const auto rest = BehindFields(value, L',', 1);
-        good = number && rest && reference.SetFromString(*rest);
-        flags = number.value_or(0);
+/// The fields of one value, and where they stand in it. A vessel has thousands of references, so they are looked at in
+/// the bytes of the file. The layouts are those of CDataInfo and CCompOffset.
+class Fields {
+public:
+    Fields(std::string_view value, char separator) : text(value) {
+        for (std::size_t begin = 0;; ++count) {
+            const std::size_t end = std::min(value.find(separator, begin), value.size());
+            if (count < fields.size()) fields[count] = value.substr(begin, end - begin);
+            if (end == value.size()) break;
+            begin = end + 1;
+        }
+        ++count;
     }
-    bool Follows() const { return good && !IsUnbound(reference.DataId().GroupId()); }
-    bool IsFixed() const { return (flags & kAttribFixed) != 0; }
-    Reference reference;
-    unsigned flags = 0;
-    bool good = false;
+    std::size_t Count() const { return count; }
+    bool Has(std::size_t index) const { return index < std::min(count, fields.size()); }
+    std::string_view operator[](std::size_t index) const { return fields[index]; }
+    /// One letter a field: 'u' an unsigned number, 'i' a number, '*' any text; and no field more.
+    bool Read(std::string_view layout) const {
+        if (count != layout.size()) return false;
+        for (std::size_t i = 0; i < count; ++i) {
+            if (layout[i] == 'u' && !ParseUnsigned(fields[i])) return false;
+            if (layout[i] == 'i' && !ParseInt(fields[i])) return false;
+        }
+        return true;
+    }
+    unsigned Unsigned(std::size_t index) const { return ParseUnsigned(fields[index]).value_or(0); }
+    /// Replaces a field in `out`, a copy of the value. The last field first: those behind it have moved after that.
+    void Replace(std::size_t index, std::string_view value, std::string& out) const {
+        out.replace(static_cast<std::size_t>(fields[index].data() - text.data()), fields[index].size(), value);
+    }
+
+private:
+    std::string_view text;
+    std::array<std::string_view, 10> fields;
+    std::size_t count = 0;
 };
 
-// Each changes the value and is true, or leaves it and is false.
+// Each puts the changed value into `out` and is true, or is false.
 
-bool SetInDataInfo(std::wstring& value, std::wstring_view id) {
-    const ReferenceValue<CDataInfo> parsed(value);
-    if (!parsed.Follows()) return false;
-    if (!parsed.IsFixed()) SetFieldAt(value, L',', 2, id);
-    if (parsed.reference.DataId().GroupId() == kGroupOfOriginal) SetFieldAt(value, L',', 3, IntText(kGroupOfCopy));
+bool SetInDataInfo(std::string_view value, std::string_view id, std::string& out) {
+    const Fields fields(value, ',');
+    if (!fields.Read("uiuuii")) return false;
+    const unsigned group = fields.Unsigned(3);
+    if (IsUnbound(group)) return false;
+    out = value;
+    if (group == kGroupOfOriginal) fields.Replace(3, kGroupOfCopy, out);
+    if ((fields.Unsigned(0) & kAttribFixed) == 0) fields.Replace(2, id, out);
     return true;
 }
 
-bool SetInCompOffset(std::wstring& value, std::wstring_view id) {
-    const ReferenceValue<CCompOffset> parsed(value);
-    return parsed.Follows() && !parsed.IsFixed() && SetFieldAt(value, L',', 2, id) && SetFieldAt(value, L',', 5, id);
-}
-
-bool SetInIntervalItem(std::wstring& value, std::wstring_view id) {
-    const auto list = FieldAt(value, L',', 1);
-    const auto field = list ? FieldAt(*list, L';', 1) : std::nullopt;
-    if (!field) return false;
-    value.replace(static_cast<std::size_t>(field->data() - value.data()), field->size(), id);
+bool SetInCompOffset(std::string_view value, std::string_view id, std::string& out) {
+    const Fields fields(value, ',');
+    if (!fields.Read("uiu*iuuii") || IsUnbound(fields.Unsigned(6)) || (fields.Unsigned(0) & kAttribFixed) != 0) {
+        return false;
+    }
+    out = value;
+    fields.Replace(5, id, out);
+    fields.Replace(2, id, out);
     return true;
 }
 
-bool SetInAttribute(std::wstring_view key, std::wstring& value, std::wstring_view id) {
-    const std::wstring_view mnemonic = StripAttributeIndex(MnemonicOfKey(key));
-    if (mnemonic == kIntervalLogItem) return SetInIntervalItem(value, id);
-    switch (CAttribDefMap::GetAttribType(mnemonic)) {
+bool SetField(std::string_view value, char separator, std::size_t index, std::string_view id, std::string& out) {
+    const Fields fields(value, separator);
+    if (!fields.Has(index)) return false;
+    out = value;
+    fields.Replace(index, id, out);
+    return true;
+}
+
+bool SetInIntervalItem(std::string_view value, std::string_view id, std::string& out) {
+    const Fields fields(value, ',');
+    std::string list;
+    if (!fields.Has(1) || !SetField(fields[1], ';', 1, id, list)) return false;
+    out = value;
+    fields.Replace(1, list, out);
+    return true;
+}
+
+/// What a device puts out and what triggers it.
+bool SetInDeviceItem(std::string_view key, std::string_view value, std::string_view id, std::string& out) {
+    const bool output = key.starts_with("DataOutItem");
+    if (!output && !key.starts_with("DataId")) return false;
+    const Fields fields(value, ',');
+    if (!fields.Read("iuuii") || fields.Unsigned(1) == 0 || IsUnbound(fields.Unsigned(2))) return false;
+    out = value;
+    if (output && fields.Unsigned(2) == kGroupOfOriginal) fields.Replace(2, kGroupOfCopy, out);
+    fields.Replace(1, id, out);
+    return true;
+}
+
+/// Type of the attribute that a key names, index or not.
+class TypeFinder {
+public:
+    int operator()(std::string_view name) {
+        FromUtf8(name, wide);  // into the same room each time
+        mnemonic = StripAttributeIndex(MnemonicOfKey(wide));
+        return mnemonic == kIntervalLogItem ? kInterval : CAttribDefMap::GetAttribType(mnemonic);
+    }
+    static constexpr int kInterval = -1;
+
+private:
+    std::wstring wide;
+    std::wstring_view mnemonic;
+};
+
+bool SetByType(int type, std::string_view value, std::string_view id, std::string& out) {
+    switch (type) {
+        case TypeFinder::kInterval:
+            return SetInIntervalItem(value, id, out);
         case kAttribDataInfo:
-            return SetInDataInfo(value, id);
+            return SetInDataInfo(value, id, out);
         case kAttribCompOffset:
-            return SetInCompOffset(value, id);
+            return SetInCompOffset(value, id, out);
         default:
             return false;
     }
 }
 
-/// What a device puts out and what triggers it.
-bool SetInDeviceItem(std::wstring_view key, std::wstring& value, unsigned id) {
-    const bool output = key.starts_with(L"DataOutItem");
-    if (!output && !key.starts_with(L"DataId")) return false;
-    CDataInfo info;
-    if (!info.SetFromString(value)) return false;
-    CDataId& data = info.DataId();
-    if (data.VesselId() == 0 || IsUnbound(data.GroupId())) return false;
-    data.SetVesselId(id);
-    if (output && data.GroupId() == kGroupOfOriginal) data.SetGroupId(kGroupOfCopy);
-    value = info.GenerateString();
-    return true;
+bool IsAttribute(std::string_view key) {
+    return key.starts_with("@tr") && (key.size() == 3 || key[3] == '.');
 }
 
 }  // namespace
 
 bool VesselConfig::SetVesselID(unsigned id) {
-    const std::wstring idText = IntText(id);
-    std::wstring name, key, value;  // kept, for most of the time would go into making them
+    const std::string idText = std::to_string(id);
+    std::string out;
+    TypeFinder typeOf;
     // Places of items stay good while values change and items are added.
-    const auto forEach = [&](std::uint32_t section, auto&& visit) {
-        FromUtf8(Content().SectionName(section), name);
-        for (std::uint32_t item = Content().FirstItem(section); item != ConfigText::kNone;
-             item = Content().NextItem(item)) {
-            visit(item);
+    const ConfigText& content = Content();
+    std::wstring wideName, wideKey, wideValue;  // kept, for making them is most of the work
+    const auto write = [&](std::string_view section, std::uint32_t item) {
+        FromUtf8(section, wideName);
+        FromUtf8(content.Key(item), wideKey);
+        FromUtf8(out, wideValue);
+        SetItem(wideName, wideKey, std::wstring_view(wideValue), true);
+    };
+    for (std::uint32_t section = content.FirstSection(); section != ConfigText::kNone;
+         section = content.NextSection(section)) {
+        const std::string name(content.SectionName(section));
+        const bool listed = name == "Aliases" || name == "LOGGING" || name == "GUIDANCE" || name == kLoadAndDraught;
+        for (std::uint32_t item = content.FirstItem(section); item != ConfigText::kNone;
+             item = content.NextItem(item)) {
+            const std::string_view key = content.Key(item);
+            if (IsAttribute(key)) {
+                if (SetByType(typeOf(key), content.Value(item), idText, out)) write(name, item);
+            } else if (listed) {
+                for (const IdField& row : kIdFields) {
+                    if (name != row.section || key.substr(0, key.find('(')) != row.key) continue;
+                    if (!SetField(content.Value(item), ',', row.field, idText, out)) continue;
+                    write(row.writtenTo, item);
+                    break;
+                }
+                if (name == kLoadAndDraught && key.find('.') == key.npos && typeOf(key) == kAttribCompOffset &&
+                    SetInCompOffset(content.Value(item), idText, out)) {
+                    write(name, item);
+                }
+            }
         }
-    };
-    const auto read = [&](std::uint32_t item) {
-        FromUtf8(Content().Key(item), key);
-        FromUtf8(Content().Value(item), value);
-    };
-    for (std::uint32_t section = Content().FirstSection(); section != ConfigText::kNone;
-         section = Content().NextSection(section)) {
-        const std::string_view sectionName = Content().SectionName(section);
-        const bool listed = sectionName == "Aliases" || sectionName == "LOGGING" || sectionName == "GUIDANCE" ||
-                            sectionName == "LoadAndDraught";
-        forEach(section, [&](std::uint32_t item) {
-            const bool attribute = Content().Key(item).starts_with('@');
-            if (!attribute && !listed) return;
-            read(item);
-            if (attribute && IsAttributeKey(key) && SetInAttribute(key, value, idText)) SetItem(name, key, value, true);
-            if (!listed) return;
-            const std::wstring_view kind = std::wstring_view(key).substr(0, key.find(L'('));
-            for (const IdField& row : kIdFields) {
-                if (name != row.section || kind != row.key) continue;
-                if (SetFieldAt(value, L',', row.field, idText)) SetItem(row.writtenTo, key, value, true);
-            }
-            if (name == kLoadAndDraught &&
-                CAttribDefMap::GetAttribType(StripAttributeIndex(key)) == kAttribCompOffset &&
-                SetInCompOffset(value, idText)) {
-                SetItem(name, key, value, true);
-            }
-        });
     }
     const unsigned devices = GetNumDevices();
     for (unsigned no = 1; no <= devices; ++no) {
-        const std::uint32_t section = Content().FindSection(SmallUtf8(NumberedSection(kDeviceWord, no)).View());
+        const std::string name = ToUtf8(NumberedSection(kDeviceWord, no));
+        const std::uint32_t section = content.FindSection(name);
         if (section == ConfigText::kNone) break;
-        forEach(section, [&](std::uint32_t item) {
-            if (!Content().Key(item).starts_with("Data")) return;
-            read(item);
-            if (SetInDeviceItem(key, value, id)) SetItem(name, key, value, true);
-        });
+        for (std::uint32_t item = content.FirstItem(section); item != ConfigText::kNone;
+             item = content.NextItem(item)) {
+            if (SetInDeviceItem(content.Key(item), content.Value(item), idText, out)) write(name, item);
+        }
     }
     return true;
 }

@@ -1,12 +1,12 @@
 #include "project/VesselConfig.h"
 
-#include <functional>
+#include <cstring>
+#include <tuple>
 
-#include "definitions/CCompOffset.h"
+#include "definitions/CDataId.h"
 #include "platform/os/Clock.h"
-#include "project/AliasMap.h"
+#include "platform/text/PathText.h"
 #include "support/TestSupport.h"
-#include "surveydata/ShapeSelection.h"
 
 namespace orv {
 namespace {
