@@ -33,7 +33,7 @@ items=$("$host" count "$work/disk/Ship.prj")
 read -r reads refused < <(awk '{ n += $1; r += $3 } END { print n, r }' "$work"/read-*)
 
 killed() { # in what surroundings the holder runs
-    rm -f "$work/held"
+    : >"$work/held"
     "$@" "$host" hold "$work/one/Ship.prj" >"$work/held" &
     local runner=$!
     until grep -q held "$work/held"; do sleep 0.02; done

@@ -93,21 +93,31 @@ std::wstring PutGrid(Session& session, const std::string& given) {
     return {};
 }
 
-/// The sample vessel, into the open project's data.
-bool PutVessel(Session& session) {
+/// A file of the sample, into the place that its type has in the open project.
+bool PutFile(Session& session, unsigned type, const std::wstring& sampleName, std::wstring name) {
     std::string bytes;
-    const std::wstring from = DataRoot(session) + L"Sample/Sounder.vcf";
+    const std::wstring from = DataRoot(session) + L"Sample/" + sampleName;
     FsResult result = ReadWholeFile(from, bytes);
-    std::wstring to;
-    if (result == FsResult::Ok) {
-        if (!VesselPath(session, std::wstring(kSampleVessel), to)) result = FsResult::NotFound;
-    }
-    if (result == FsResult::Ok) result = SaveWholeFile(to, bytes);
+    if (result == FsResult::Ok && !DataSearch::GetDataSearch().GetFullPath(type, name)) result = FsResult::NotFound;
+    if (result == FsResult::Ok) result = SaveWholeFile(name, bytes);
     if (result == FsResult::Ok) return true;
-    session.Problem(PathToBytes(to.empty() ? from : to),
-                    "The sample vessel can't be put there: " + ToUtf8(FsResultText(result)),
+    session.Problem(PathToBytes(result == FsResult::NotFound ? from : name),
+                    "A file of the sample can't be put in place: " + ToUtf8(FsResultText(result)),
                     "It comes with the program: install it again.");
     return false;
+}
+
+/// The sample vessel with what it needs, and the configuration that uses it.
+bool PutVessel(Session& session) {
+    const std::wstring vessel(kSampleVessel), mark = L"[navigate]";
+    ProjectDefinition& project = DataSearch::GetDataSearch().GetProjectDefinition();
+    return PutFile(session, kFileTypeVesselConfig, vessel + L".vcf", vessel + mark) &&
+           PutFile(session, kFileTypeVesselContour, vessel + L".vsl", vessel) &&
+           PutFile(session, kFileTypeAlarmMap, vessel + L".alr", vessel) &&
+           PutFile(session, kFileTypeVesselSetup, vessel + L".vsf", vessel) &&
+           PutFile(session, kFileTypeAppConfig, L"Survey.acf", L"Survey" + mark) &&
+           project.SetAppDefinition(L"navigate") && project.SetAppConfiguration(L"Survey") &&
+           project.FileSave(L"", 0, kSave);
 }
 
 bool MakeSample(Session& session, const std::wstring& root, const std::string& grid) {

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <set>
 #include <tuple>
 
@@ -275,6 +276,34 @@ TEST_F(OrvcfgTest, PortsAreAddedAndShownAsTheyAre) {
     EXPECT_EQ(list.Json()[0]["settings"], "9600 8-NO-1");
     EXPECT_EQ(list.Json()[2]["handler"], nullptr);
     EXPECT_EQ(ReadBytes(At(L"ports.ini")), replay);
+}
+
+TEST_F(OrvcfgTest, DepsNamesWhatTheSampleLacks) {
+    const RunResult demo = Run({"demo", "--keep", "--json"});
+    ASSERT_EQ(demo.code, 0) << demo.err;
+    const std::string root = demo.Json()["sample"]["folder"];
+    const Arguments deps = {"--system", root + "system", "deps", "--list"};
+    const RunResult whole = Run(deps);
+    EXPECT_EQ(whole.code, 0) << whole.err;
+    const std::vector<std::string> files = Lines(whole.out);
+    EXPECT_EQ(files.size(), 9u) << whole.out;
+    for (const char* ending : {"prj", "adf", "uni", "gtx", "acf", "vcf", "vsl", "alr", "vsf"}) {
+        EXPECT_NE(whole.out.find(std::string(".") + ending + "\n"), std::string::npos) << ending;
+    }
+    const RunResult shown = Run({"--system", root + "system", "app", "show", "--json"});
+    EXPECT_EQ(shown.Json()["vessels"][0]["exists"], true);
+    EXPECT_EQ(Run({"--system", root + "system", "app", "select", "navigate", "Night"}).code, 1);
+    EXPECT_EQ(Run({"--system", root + "system", "app", "select", "navigate", "Night", "--create"}).code, 0);
+    EXPECT_EQ(Run({"--system", root + "system", "app", "select", "navigate", "Survey"}).code, 0);
+    for (const std::string& file : files) {
+        if (!file.ends_with(".alr")) continue;
+        std::filesystem::remove(file);
+        const RunResult lacking = Run(deps);
+        EXPECT_EQ(lacking.code, 1);
+        EXPECT_NE(lacking.err.find(file + ": missing, needed by Sounder[navigate].vcf"), std::string::npos)
+            << lacking.err;
+    }
+    std::filesystem::remove_all(root);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "project/AppConfig.h"
 
 #include <cstring>
-#include <tuple>
 
 #include "platform/notify/Notices.h"
 #include "platform/service/Translator.h"
@@ -86,21 +85,6 @@ TEST(AppConfig, FindsRemotesAndWhatStandsOnThem) {
     EXPECT_FALSE(config.FindPresentation(2, no));
     EXPECT_EQ(no, 3);
     EXPECT_TRUE(config.GetColorTable(0) == L"Default" && config.GetColorTable(1).empty());
-}
-
-TEST(AppConfig, RemoteVesselsReadBack) {
-    AppConfig config;
-    EXPECT_TRUE(config.SetRemoteVessel(4, 1, L"barge", 4711, true, 0.5, L"Tow"));
-    unsigned remoteId = 0, port = 0;
-    std::wstring host, name;
-    bool enabled = false;
-    double rate = 0;
-    EXPECT_TRUE(config.GetRemoteVesselId(4, remoteId) && config.GetRemoteVesselHost(4, host, port));
-    EXPECT_TRUE(config.GetRemoteUpdateRate(4, enabled, rate) && config.GetRemoteConfig(4, name) && enabled);
-    EXPECT_EQ(std::tuple(remoteId, host, port, rate, name),
-              std::tuple(1u, std::wstring(L"barge"), 4711u, 0.5, std::wstring(L"Tow")));
-    config.DeleteItem(L"Vessel(4)", L"RemoteVesselPort", false);
-    EXPECT_FALSE(config.GetRemoteVesselHost(4, host, port));
 }
 
 // ---- selection

@@ -46,6 +46,11 @@ TEST(SmartFileImpl, TellsOfOthersSavesAndNotOfItsOwn) {
     EXPECT_FALSE(counter.Within(std::chrono::milliseconds(50), 1)) << "its own save";
     ASSERT_TRUE(other.SetItem(L"A", L"B", 3, false) && other.FileSave(L"", kSave));
     EXPECT_TRUE(counter.Within(std::chrono::seconds(20), 1)) << "another's, after a save of its own";
+    file.SetMergeSave(true);
+    int value = 0;
+    ASSERT_TRUE(file.GetFileObject().SetItem(L"A", L"C", 1, true) && file.FileSave(3, L"Job"));
+    EXPECT_TRUE(file.GetFileObject().GetItem(L"A", L"B", value) && value == 3) << "the other's change is kept";
+    EXPECT_FALSE(counter.Within(std::chrono::milliseconds(50), 2));
     file.FileClose();
     EXPECT_FALSE(file.GetFileObject().FileInitialised());
 }
