@@ -1,6 +1,5 @@
 #include "core/CViewList.h"
 
-#include "core/CToolEditPageList.h"
 #include "core/OrvConfigureInitializer.h"
 #include "definitions/CIoHandlerSettingsList.h"
 #include "definitions/PortHandlers.h"
@@ -16,37 +15,22 @@ struct Views : ViewClass {
 
 TEST(CViewList, WalksByName) {
     CViewList list;
-    EXPECT_FALSE(list.GetFirst() || list.GetNext());
     auto *const plan = new Views, *const alarm = new Views;
     list.RegisterView(L"Plan", plan);
     list.RegisterView(L"Alarm", alarm);
     list.RegisterView(L"Plan", new Views);
     list.RegisterView(L"Plan", plan);
-    EXPECT_EQ(list.GetView(L"Plan"), plan);
+    EXPECT_EQ(list.GetView(L"Plan"), plan);  // the first, and registered twice it is freed once
     EXPECT_FALSE(list.GetView(L"plan"));
     EXPECT_EQ(list.GetFirst(), alarm);
     EXPECT_EQ(list.GetNext(), plan);
     EXPECT_FALSE(list.GetNext());
 }
 
-TEST(CToolEditPageList, MakesPages) {
-    struct Creator : ToolEditPageICreator {
-        ToolEditPage* Create() override { return new ToolEditPage; }
-    };
-    CToolEditPageList list;
-    list.RegisterToolEditPage(L"Ruler", new Creator);
-    list.RegisterToolEditPage(L"Area", nullptr);
-    EXPECT_TRUE(list.Create(L"Ruler") && !list.Create(L"Area") && !list.Create(L"Zoom"));
-    std::vector<std::wstring> names = {L"old"};
-    list.GetToolEditPageNames(names);
-    EXPECT_EQ(names, (std::vector<std::wstring>{L"Area", L"Ruler"}));
-}
-
 TEST(OrvConfigureInitializer, FillsTheRegistries) {
     OrvConfigureInitializer module;
     module.RegisterComps();
     module.RegisterGeoidModel();
-    module.RegisterViews();
     EXPECT_EQ(module.GetName(), L"OrvConfigure");
     EXPECT_TRUE(GeoidModelList::GetGeoidModelList().Create(18));
     std::size_t served = 0;
