@@ -2,7 +2,6 @@
 
 #include "core/OrvConfigureInitializer.h"
 #include "definitions/CIoHandlerSettingsList.h"
-#include "definitions/PortHandlers.h"
 #include "geoid/GeoidModelList.h"
 #include "support/TestSupport.h"
 
@@ -33,13 +32,13 @@ TEST(OrvConfigureInitializer, FillsTheRegistries) {
     module.RegisterGeoidModel();
     EXPECT_EQ(module.GetName(), L"OrvConfigure");
     EXPECT_TRUE(GeoidModelList::GetGeoidModelList().Create(18));
-    std::size_t served = 0;
-    for (const PortHandler& handler : PortHandlers()) {
-        const bool edits = GetIoHandlerSettingsList().Create(handler.name, nullptr) != nullptr;
-        EXPECT_EQ(edits, GetIoHandlerSettingsList().CreateNew(handler.name, nullptr) != nullptr);
-        served += edits ? 1u : 0u;
+    std::wstring handler;
+    int served = 0;
+    for (; GetIoHandlerSettingsList().GetNextHandler(handler); ++served) {
+        EXPECT_TRUE(GetIoHandlerSettingsList().Create(handler, nullptr));
+        EXPECT_TRUE(GetIoHandlerSettingsList().CreateNew(handler, nullptr));
     }
-    EXPECT_EQ(served, 21u);
+    EXPECT_EQ(served, 21);
 }
 
 }  // namespace

@@ -40,11 +40,6 @@ std::string Answer(T out, Query query) {
     return (good ? TextOf(out) : out == before ? "-" : "!" + TextOf(out)) + " ";
 }
 
-template <class T>
-using GroupQuery = bool (DataDefinition::*)(unsigned, T&) const;
-template <class T>
-using ItemQuery = bool (DataDefinition::*)(unsigned, unsigned short, T&) const;
-
 std::string AskGroup(const DataDefinition& data, unsigned group) {
     const std::wstring text = L"~";
     const auto ask = [&](auto out, auto query) {
@@ -113,14 +108,14 @@ TEST(DataDefinition, AnswersUpToItsBounds) {
         unsigned group;
         unsigned short code;
         const char* answers;
-    } items[] = {{30, 0, "Time T 103 8 23 100 0 0 0 0 TimeT103 !  ! "},
-                 {30, 200, "Depth D 103 8 2 200 1 0 12.75 12 DepthD103 - 2.2m "},
+    } items[] = {{30, 0, "Time T 103 8 23 100 0 0 0 0 TimeT103 ! !  "},
+                 {30, 200, "Depth D 103 8 2 200 1 0 12.75 12 DepthD103 ! 2.2m "},
                  {30, 2, "Lock L 104 1 0 99 0 0 0 0 LockL104 Yes !  "},
-                 {30, 201, "State S 111 2 0 201 - - 0 0 StateS111 On 2.25 "},
-                 {30, 4, "Bad B - - - - - - 0 0 ~~- !  !  "},
-                 {30, 5, "- - - - - - - - - - ~~- !  !  "},
-                 {2000, 0, "Never N - - - - - - - - ~~- !  !  "},
-                 {2001, 0, "- - - - - - - - - - ~~- !  - "}};
+                 {30, 201, "State S 111 2 0 201 - - 0 0 StateS111 On Off, On,Tripped "},
+                 {30, 4, "Bad B - - - - - - 0 0 ~~- ! !  "},
+                 {30, 5, "- - - - - - - - - - ~~- ! !  "},
+                 {2000, 0, "Never N - - - - - - - - ~~- ! !  "},
+                 {2001, 0, "- - - - - - - - - - ~~- ! - "}};
     for (const auto& row : items) EXPECT_EQ(AskItem(data, row.group, row.code), row.answers) << row.group;
 }
 

@@ -1,5 +1,7 @@
 #include "definitions/InterfaceDef.h"
 
+#include <algorithm>
+
 #include "core/OrvConfigureInitializer.h"
 #include "definitions/CIoHandlerSettingsList.h"
 #include "platform/text/PathText.h"
@@ -25,6 +27,20 @@ public:
         return section;
     }
 };
+
+std::string TestData(const std::string& name) {
+    return test::ReadBytes(PathFromBytes(ORV_SOURCE_DIR "/tests/definitions/" + name));
+}
+
+template <class Visit>
+void ForEachSection(const FileObject& file, Visit visit) {
+    FobjSection cursor;
+    std::wstring name;
+    for (bool more = file.GetFirstSectionEntry(cursor, name); more; more = file.GetNextSectionEntry(cursor, name)) {
+        SCOPED_TRACE(ToUtf8(name));
+        visit(name);
+    }
+}
 
 TEST(InterfaceDef, OldNamesAreBroughtUpToDate) {
     const Ports ports(
@@ -86,17 +102,14 @@ std::string KindsOf(const PortSettings& settings) {
 
 TEST(InterfaceDef, SettingsByHandler) {
     OrvConfigureInitializer().RegisterComps();
-    const Ports ports(test::ReadBytes(PathFromBytes(ORV_SOURCE_DIR "/tests/definitions/ports.ini")));
-    FobjSection cursor;
-    std::wstring port;
-    for (bool more = ports.GetFirstSectionEntry(cursor, port); more; more = ports.GetNextSectionEntry(cursor, port)) {
-        SCOPED_TRACE(ToUtf8(port));
+    const Ports ports(TestData("ports.ini"));
+    ForEachSection(ports, [&](const std::wstring& port) {
         PortSettings settings;
         const std::string kind = ToUtf8(ports.Get(port, L"Kind"));
         EXPECT_EQ(ports.GetPortSettings(port, settings) ? KindsOf(settings) : "refused", kind);
         EXPECT_EQ(settings.section.Items().empty(), kind == "refused");
         EXPECT_EQ(PortSettingsText(ports.Section(port)), ports.Get(port, L"Line"));
-    }
+    });
 }
 
 TEST(InterfaceDef, SettingsAreReadAsTheyWereWritten) {
@@ -122,37 +135,19 @@ TEST(InterfaceDef, SettingsAreReadAsTheyWereWritten) {
 TEST(PortDialogs, NewPorts) {
     OrvConfigureInitializer().RegisterComps();
     Ports ports("[COM1]\nBaudrate=1\n");
-    const struct {
-        const wchar_t *handler, *entered, *name;  // name null: refused
-        const wchar_t* rest;                      // text of the port, or of the refusal
-    } rows[] = {
-        {L"Serial", L"2", L"COM2", L"4800 8-NO-1"},
-        {L"Serial", L"", nullptr, L"/"},
-        {L"Serial Usbl", L"1", nullptr, L"/Port already exists"},
-        {L"MBRTU", L"2", L"MBRTU_COM2", L"MBRTU 4800 8-NO-1"},
-        {L"Socket", L"Gps", L"Gps", L"UDP "},
-        {L"Socket", L"", nullptr, L"New network port error/You must enter a name or cancel the dialog."},
-        {L"Socket", L"COMx", nullptr, L"/Netport name cannot start with 'COM'"},
-        {L"EIVA", L"a b", nullptr,
-         L"New NetPort error/A NetPort name cannot contain a space (' ').\nPlease correct the error or cancel the "
-         L"addition."},
-        {L"MBI", L"Bus", L"Bus", L"MBI TCP 127.0.0.1:502"},
-        {L"PingDSP", L"Dsp", L"Dsp", L"PingDSP 127.0.0.1"},
-        {L"IMAGENEX", L"Son", L"Son", L"IMAGENEX UDP 4040 127.0.0.1"},
-        {L"File", L"Log", L"Log", L""},
-        {L"USB Video Camera", L"Cam", L"Cam", L"USB Video Camera "},
-    };
-    for (const auto& row : rows) {
-        const std::unique_ptr<IoPortNewDlg> form = GetIoHandlerSettingsList().CreateNew(row.handler, nullptr);
+    const Ports rows(TestData("new-ports.ini"));
+    ForEachSection(rows, [&](const std::wstring& row) {
+        const std::wstring handler = rows.Get(row, L"Handler"), expected = rows.Get(row, L"Name");
+        const std::unique_ptr<IoPortNewDlg> form = GetIoHandlerSettingsList().CreateNew(handler, nullptr);
         ASSERT_TRUE(form);
-        std::wstring name = L"?";
+        std::wstring name = L"-";
         PortRefusal refusal;
-        EXPECT_EQ(form->Add(ports, row.handler, row.entered, name, refusal), row.name != nullptr);
-        EXPECT_EQ(name, row.name ? row.name : L"?");
-        const std::wstring rest =
-            row.name ? PortSettingsText(ports.Section(name)) : refusal.title + L"/" + refusal.text;
-        EXPECT_EQ(rest, row.rest);
-    }
+        EXPECT_EQ(form->Add(ports, handler, rows.Get(row, L"Entered"), name, refusal), expected != L"-");
+        EXPECT_EQ(name, expected);
+        std::replace(refusal.text.begin(), refusal.text.end(), L'\n', L' ');
+        EXPECT_EQ(refusal.title + L"/" + refusal.text, rows.Get(row, L"Refusal"));
+        EXPECT_EQ(PortSettingsText(ports.Section(name)), rows.Get(row, L"Line"));
+    });
     EXPECT_EQ(ports.Get(L"COM1", L"Baudrate") + ports.Get(L"COM1", L"Handler"), L"1-");
     EXPECT_EQ(ports.Get(L"Dsp", L"HostPort") + ports.Get(L"Bus", L"LocalPort"), L"23848502");
 }
