@@ -3,6 +3,7 @@
 #include "Document.h"
 #include "Installation.h"
 #include "Suggest.h"
+#include "core/MergeSave.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/PathText.h"
 #include "platform/text/Utf.h"
@@ -108,6 +109,10 @@ ExitCode Set(Session& session, const SetArguments& arguments) {
     const std::wstring section = TextArgument(arguments.section), key = TextArgument(arguments.key);
     const std::wstring value = TextArgument(arguments.value), path = PathArgument(arguments.file);
     if (!OpenConfigFile(session, path, file) || !MayChange(session, file, arguments.accept)) return kSomeFailed;
+    // Plain files stay plain: a signature would only be one more thing to go wrong.
+    const bool isSigned = file.HasSection(FileObject::CHECKSUM_SECTION);
+    FileObject& plain = file;
+    MergeSave merge = isSigned ? MergeSave(file) : MergeSave(plain);
     if (section == FileObject::CHECKSUM_SECTION) {
         session.Problem(PathToBytes(path), "The signature can't be set by hand", "\"orvcfg config sign\" makes it.");
         return kSomeFailed;
@@ -123,11 +128,8 @@ ExitCode Set(Session& session, const SetArguments& arguments) {
                         "Names may not be empty, hold = or line breaks, or start with [ or ;.");
         return kSomeFailed;
     }
-    // Plain files stay plain: a signature would only be one more thing to go wrong.
-    const bool isSigned = file.HasSection(FileObject::CHECKSUM_SECTION);
-    const bool saved = isSigned ? file.FileSave(path, 0, kSave) : file.FileObject::FileSave(path, kSave);
-    if (!saved) {
-        session.Problem(PathToBytes(path), "Can't be written: " + ToUtf8(FsResultText(file.LastResult())),
+    if (!merge.Save(path)) {
+        session.Problem(PathToBytes(path), "Can't be written: " + ToUtf8(FsResultText(merge.LastResult())),
                         "Check the rights to the file and the space on its disk.");
         return kSomeFailed;
     }

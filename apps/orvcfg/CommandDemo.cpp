@@ -9,6 +9,7 @@
 #include "MakeProject.h"
 #include "ProjectReport.h"
 #include "SampleGrid.h"
+#include "VesselFile.h"
 #include "core/CFileTypeList.h"
 #include "core/ConfigKeys.h"
 #include "geoid/GeoidModelList.h"
@@ -28,6 +29,7 @@ struct Arguments {
 };
 
 constexpr unsigned short kNap2018 = 28;  ///< type id of the model of the Dutch quasi-geoid of 2018
+constexpr std::wstring_view kSampleVessel = L"Sounder";
 constexpr double kAntennaHeight = 50.0;  ///< metres above the ellipsoid, the sample value that is reduced
 
 struct Place {
@@ -90,6 +92,23 @@ std::wstring PutGrid(Session& session, const std::string& given) {
     return {};
 }
 
+/// The sample vessel, into the open project's data.
+bool PutVessel(Session& session) {
+    std::string bytes;
+    const std::wstring from = DataRoot(session) + L"Sample/Sounder.vcf";
+    FsResult result = ReadWholeFile(from, bytes);
+    std::wstring to;
+    if (result == FsResult::Ok) {
+        if (!VesselPath(session, std::wstring(kSampleVessel), to)) result = FsResult::NotFound;
+    }
+    if (result == FsResult::Ok) result = SaveWholeFile(to, bytes);
+    if (result == FsResult::Ok) return true;
+    session.Problem(PathToBytes(to.empty() ? from : to),
+                    "The sample vessel can't be put there: " + ToUtf8(FsResultText(result)),
+                    "It comes with the program: install it again.");
+    return false;
+}
+
 bool MakeSample(Session& session, const std::wstring& root, const std::string& grid) {
     InstallationPlan plan;
     plan.root = root;
@@ -106,7 +125,7 @@ bool MakeSample(Session& session, const std::wstring& root, const std::string& g
     project.system = L"RD New - NAP 2018";
     project.geoid.key = GeoidKey(kNap2018);
     project.geoid.file = PutGrid(session, grid);
-    if (project.geoid.file.empty() || !MakeProject(session, project)) return false;
+    if (project.geoid.file.empty() || !MakeProject(session, project) || !PutVessel(session)) return false;
     OrvIniFile_IO& settings = DataSearch::GetDataSearch().GetOrvIni();
     if (settings.SetCurrentProjectName(project.name) && settings.FileSave(L"", 0, kSave)) return true;
     session.Problem(PathToBytes(settings.GetFileName()), "Can't be written");
@@ -297,6 +316,9 @@ ExitCode Demo(Session& session, const Arguments& arguments) {
     ReportShownUnits(document, project);
     const GeoidChoice geoid = ReportCoordinateSystem(document, project);
     ReportHeights(document, project, geoid, arguments.grid.empty());
+    VesselConfig vessel;
+    if (!OpenVessel(session, ToUtf8(kSampleVessel), vessel)) return kCannotRun;
+    ReportVessel(session, document, vessel);
     document.Print(session);
     if (arguments.keep) {
         session.Note("kept; see for instance: orvcfg --system \"" + PathToBytes(SystemFolderOf(folder.Path())) +

@@ -23,6 +23,12 @@ void AddGeoid(CLI::App& app, Session& session);
 void AddGeoidEval(CLI::App& geoid, Session& session);
 void AddDatadef(CLI::App& app, Session& session);
 void AddPort(CLI::App& app, Session& session);
+void AddApp(CLI::App& app, Session& session);
+void AddDeps(CLI::App& app, Session& session);
+void AddVessel(CLI::App& app, Session& session);
+void AddVesselCheck(CLI::App& vessel, Session& session);
+void AddVesselExchange(CLI::App& vessel, Session& session);
+void AddShape(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.

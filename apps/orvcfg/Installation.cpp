@@ -72,6 +72,8 @@ void TellStatus(Session& session, const std::wstring& folder) {
     }
 }
 
+}  // namespace
+
 std::wstring AppDefFile(const std::wstring& name) {
     const DataSearch& search = DataSearch::GetDataSearch();
     std::wstring path = name, folder;
@@ -79,8 +81,6 @@ std::wstring AppDefFile(const std::wstring& name) {
     search.GetDataPathInfo(kLocationAppDefs, folder);
     return folder + name + L".adf";
 }
-
-}  // namespace
 
 // ---- arguments and folders
 

@@ -22,6 +22,9 @@ std::wstring DataRoot(Session& session);
 /// problem has been told.
 bool OpenInstallation(Session& session);
 
+/// Where the data search finds an application definition, or would.
+std::wstring AppDefFile(const std::wstring& name);
+
 /// True for a location that lies in the project's folder, or is it. Without a project the data search completes such a
 /// path all the same, to a folder that is nobody's.
 bool LiesInProject(int location);

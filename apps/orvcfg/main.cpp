@@ -102,6 +102,10 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddGeoid(app, session);
     AddDatadef(app, session);
     AddPort(app, session);
+    AddApp(app, session);
+    AddDeps(app, session);
+    AddVessel(app, session);
+    AddShape(app, session);
     AddDemo(app, session);
     try {
         app.parse(argc, argv);

@@ -58,6 +58,11 @@ public:
     virtual bool Initialise(std::wstring settingsFolder, bool requireAppDef, std::wstring appDefName, bool useUserDef,
                             std::wstring projectRoot, std::wstring commonPath);
 
+    /// The same start again with another application definition, in the same folders.
+    bool ReInitialise(const std::wstring& appDefName) {
+        return Initialise(systemFolder, true, appDefName, useUserDef, projectRootPath, commonPath);
+    }
+
     DataSearch(const DataSearch&) = delete;
     DataSearch& operator=(const DataSearch&) = delete;
 

@@ -203,6 +203,14 @@ void FileObject::FileClose() {
     initialised = false;
 }
 
+void FileObject::TakeContent(const FileObject& other) {
+    ConfigText copy(*other.content);
+    copy.ContinueStamps(*content);
+    *content = std::move(copy);
+    initialised = other.initialised;
+    keptAside = other.keptAside;
+}
+
 void FileObject::MakeEmpty() {
     content->MakeEmpty();
 }

@@ -106,6 +106,8 @@ public:
     bool FileOpen(const memfile& file, std::wstring_view name);  ///< from memory; records `name` as the file name
     bool Read(archive& stream);                                  ///< the content from a stream; the name stays
     bool Write(archive& stream) const;                           ///< the content to a stream
+    /// The content of another, in its encoding; name, status and switches stay.
+    void TakeContent(const FileObject& other);
     void FileClose();  ///< forgets content and name; safe on an unopened object
     void MakeEmpty();  ///< removes all sections and items; keeps the name and the extra lines
     bool FileInitialised() const { return initialised; }

@@ -10,6 +10,7 @@
 #include "platform/text/PathText.h"
 #include "project/AppConfig.h"
 #include "project/ProjectModel.h"
+#include "project/VesselConfig.h"
 #include "surveydata/DredgeInstructionModel.h"
 
 namespace orv {
@@ -19,9 +20,10 @@ namespace {
 using Asked = void (*)(const std::wstring& path, FileDependencies& dependencies);
 
 /// The file types that need other files, and who knows which.
-constexpr std::array<std::pair<unsigned, Asked>, 3> kFollowed = {{
+constexpr std::array<std::pair<unsigned, Asked>, 4> kFollowed = {{
     {kFileTypeAppConfig, AppConfig::GetDependencies},
     {kFileTypeDredgeInstruction, DredgeInstructionModel::GetDependencies},
+    {kFileTypeVesselConfig, VesselConfig::GetDependencies},
     {kFileTypeProjectFile, ProjectModel::GetDependencies},
 }};
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "core/FileObject.h"
+#include "core/MergeSave.h"
 #include "platform/watch/FileSubscription.h"
 
 namespace orv {
@@ -22,6 +23,9 @@ public:
     bool FileOpen(unsigned type, const std::wstring& name);
     /// A save of one's own isn't told.
     bool FileSave(unsigned type, const std::wstring& name);
+    /// Where several hosts change the file: saves then lay this host's changes over what is on disk (see MergeSave),
+    /// from what the file is now on. Off at first: a save replaces the file.
+    void SetMergeSave(bool on);
 
     void SetSubscriber(Subscriber* subscriber, bool owned) { subscription.SetSubscriber(subscriber, owned); }
     Subscriber* GetSubscriber() const { return subscription.GetSubscriber(); }
@@ -31,6 +35,7 @@ public:
 
 private:
     std::unique_ptr<FileObject> file;  // never null
+    std::unique_ptr<MergeSave> merge;  // while it is on
     FileSubscription subscription;     // goes first: its subscriber may be looking at the file
 };
 

@@ -21,8 +21,9 @@ const std::map<std::string, int> kLayers = {{"platform", 0},   {"core", 1},    {
                                             {"surveydata", 2}, {"project", 3}, {"housekeeping", 4}, {"users", 4},
                                             {"frontend", 5},   {"modules", 6}, {"apps", 6}};
 
-// Source, and the folder above that it reaches into. Sources only, but for the attributes.
+// Source, and the folder above that it reaches into.
 const std::set<std::pair<std::string, std::string>> kUpward = {
+    {"platform/attributes/CAttributeMap.cpp", "core"},     // attributes are items of configuration files
     {"core/DataSearch.cpp", "project"},                    // opens and owns the project
     {"core/DataSearch.cpp", "users"},                      // owns the access levels
     {"core/DataSearch.cpp", "housekeeping"},               // owns the file history, sets up the workers

@@ -1,6 +1,8 @@
 #include "platform/os/FileTools.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "platform/notify/Notices.h"
 #include "platform/os/TemporaryFile.h"
@@ -78,6 +80,11 @@ FsResult ReadAll(File& file, std::string& bytes, std::uint64_t limit) {
     return FsResult::Ok;
 }
 
+bool IsSameContent(const FileStatus& a, const FileStatus& b) {
+    return a.device == b.device && a.inode == b.inode && a.size == b.size && a.modified == b.modified &&
+           a.modifiedNanoseconds == b.modifiedNanoseconds;
+}
+
 bool IsFolder(FileSystem& files, std::wstring_view path) {
     FileStatus status;
     return files.Status(path, status) == FsResult::Ok && status.exists && status.isFolder;
@@ -85,10 +92,36 @@ bool IsFolder(FileSystem& files, std::wstring_view path) {
 
 }  // namespace
 
+// User-space volumes keep one cache for a name: a file that is put in the place of another while that one is read gives
+// a mixture of both. So the name must stand for the same content before and after.
 FsResult ReadWholeFile(std::wstring_view path, std::string& bytes, Share share, std::uint64_t limit) {
-    std::unique_ptr<File> file;
-    const FsResult result = Files().Open(path, {.share = share}, file);
-    return result != FsResult::Ok ? result : ReadAll(*file, bytes, limit);
+    constexpr int kTries = 5;
+    FileSystem& files = Files();
+    FileStatus before, after;
+    FsResult result = files.Status(path, before);
+    for (int tries = 0; result == FsResult::Ok && tries < kTries; ++tries) {
+        std::string content;
+        std::unique_ptr<File> file;
+        result = files.Open(path, {.share = share}, file);
+        if (result == FsResult::NotFound && before.exists && tries < kTries - 1) {
+            // They also move an open file aside before another takes its name.
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            before.exists = false;
+            result = FsResult::Ok;
+            continue;
+        }
+        if (result == FsResult::Ok) result = ReadAll(*file, content, limit);
+        if (result == FsResult::Ok) result = files.Status(path, after);
+        if (result != FsResult::Ok) return result;
+        const bool same = IsSameContent(before, after);
+        // What grows by the moment, as a log does, is good as far as it has been read.
+        if (same || (tries == kTries - 1 && before.inode == after.inode)) {
+            bytes = std::move(content);
+            return FsResult::Ok;
+        }
+        before = after;
+    }
+    return result == FsResult::Ok ? FsResult::InUse : result;
 }
 
 FsResult SaveWholeFile(std::wstring_view path, std::string_view bytes, SaveAccess access) {

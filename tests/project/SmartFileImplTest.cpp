@@ -1,0 +1,91 @@
+#include "project/SmartFileImpl.h"
+
+#include <condition_variable>
+#include <mutex>
+
+#include "core/ConfigKeys.h"
+#include "project/ProjectDefinition.h"
+#include "project/VesselEditors.h"
+#include "support/TestInstallation.h"
+
+namespace orv {
+namespace {
+
+class Counter : public Subscriber {
+public:
+    void OnNotify() override {
+        const std::lock_guard lock(mutex);
+        ++calls;
+        changed.notify_all();
+    }
+    bool Within(std::chrono::milliseconds time, int wanted) {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, time, [&] { return calls >= wanted; });
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable changed;
+    int calls = 0;
+};
+
+TEST(SmartFileImpl, TellsOfOthersSavesAndNotOfItsOwn) {
+    const test::TestInstallation installation;
+    ASSERT_TRUE(installation.Start());
+    const std::wstring path = installation.ProjectFolder() + L"Job.acf";
+    test::WriteBytes(path, "[A]\nB=1\n");
+    Counter counter;
+    SmartFileImpl file(std::make_unique<FileObject>());
+    EXPECT_FALSE(file.FileOpen(3, L"") || file.FileSave(3, L"") || file.FileOpen(3, L"none"));
+    file.SetSubscriber(&counter, false);
+    ASSERT_TRUE(file.FileOpen(3, L"Job"));
+    file.GetFileObject().SetItem(L"A", L"B", 2, true);
+    ASSERT_TRUE(file.FileSave(3, L"Job"));
+    FileObject other;
+    ASSERT_TRUE(other.FileOpen(path, kOpenRead));
+    EXPECT_FALSE(counter.Within(std::chrono::milliseconds(50), 1)) << "its own save";
+    ASSERT_TRUE(other.SetItem(L"A", L"B", 3, false) && other.FileSave(L"", kSave));
+    EXPECT_TRUE(counter.Within(std::chrono::seconds(20), 1)) << "another's, after a save of its own";
+    file.FileClose();
+    EXPECT_FALSE(file.GetFileObject().FileInitialised());
+}
+
+TEST(VesselEditors, OffsetKeepsItsNameButOnlyOkChangesIt) {
+    const test::TestInstallation installation;
+    ASSERT_TRUE(installation.Start());
+    ProjectDefinition& project = installation.Search().GetProjectDefinition();
+    ASSERT_TRUE(project.CreateDefaultFile(installation.ProjectFolder(), true));
+    int result = kDialogCancel;
+    unsigned flags = 99;
+    VesselOffsetEditor editor([&](OffsetDialog& dialog) {
+        flags = dialog.feetFlags;
+        dialog.offset.name += L" 2";
+        dialog.offset.z += 1;
+        return result;
+    });
+    editor.SetData({L"Antenna", 1, 2, 3});
+    EXPECT_EQ(editor.DoModal(), kDialogCancel);
+    EXPECT_EQ(editor.GetOffsetName() + L"," + editor.GetData().name, L"Antenna 2,Antenna");
+    EXPECT_EQ(flags, 0u) << "metres have no inches";
+    result = kDialogOk;
+    project.GetUnitCnv()->SetUnit(1, 0.3048, 0, L"ft", L"International Feet", L"");
+    EXPECT_EQ(editor.DoModal(), kDialogOk);
+    EXPECT_EQ(editor.GetData().z, 4);
+    EXPECT_EQ(flags, 7u);
+
+    CVesselPointDlg point;
+    VesselPoint out;
+    EXPECT_FALSE(point.GetData(out));
+    point.name = L"Bow";
+    point.penEntry = 2;
+    EXPECT_TRUE(point.GetData(out) && out.pen == 257);
+    std::wstring labels;
+    for (int side = 1; side <= 6; ++side) {
+        point.SetViewSide(side);
+        labels += point.GetLabels()[0] + point.GetLabels()[1] + L" ";
+    }
+    EXPECT_EQ(labels, L"XY YZ YZ XZ XZ XY ");
+}
+
+}  // namespace
+}  // namespace orv
