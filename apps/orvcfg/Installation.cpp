@@ -7,7 +7,7 @@
 #include "Session.h"
 #include "Suggest.h"
 #include "core/ConfigKeys.h"
-#include "geoid/GeoidModelList.h"
+#include "core/OrvConfigureInitializer.h"
 #include "platform/os/FileTools.h"
 #include "platform/os/ProgramPath.h"
 #include "platform/service/BrandingConfig.h"
@@ -167,7 +167,9 @@ std::string_view FileStateText(FileState state) {
 // ---- the installation
 
 bool OpenInstallation(Session& session) {
-    RegisterGeoidModels();
+    static OrvConfigureInitializer module;  // kept to the end, as hosts do
+    module.RegisterComps();
+    module.RegisterGeoidModel();
     const std::wstring folder = SystemFolder(session);
     const std::wstring settings = folder + std::wstring(ORV_DEF_FILENAME);
     if (!FileExists(settings)) {

@@ -325,14 +325,12 @@ bool DataDefinition::GetGroupItemDef(unsigned group, unsigned short code, std::w
     const Guard guard(lock);
     std::string_view list;
     std::array<unsigned short, 3> numbers{};
-    std::wstring itemName, itemMnemonic;
-    if (group >= kFirstComposite || !FindItem(group, code, list) || !TakeText(list, kName, itemName) ||
-        !TakeText(list, kMnemonic, itemMnemonic) || !TakeUnsigned16(list, kType, numbers[0]) ||
+    if (group >= kFirstComposite || !FindItem(group, code, list) || !TakeUnsigned16(list, kType, numbers[0]) ||
         !TakeUnsigned16(list, kLength, numbers[1]) || !TakeUnsigned16(list, kFormat, numbers[2])) {
         return false;
     }
-    name = std::move(itemName);
-    mnemonic = std::move(itemMnemonic);
+    TakeText(list, kName, name);  // there, as the fields behind it are
+    TakeText(list, kMnemonic, mnemonic);
     type = numbers[0];
     length = numbers[1];
     format = numbers[2];

@@ -240,7 +240,6 @@ TEST_F(OrvcfgTest, LiveDataByGroupAndByUse) {
     const nlohmann::json motion = Run({"datadef", "items", "mru", "--json"}).Json();
     EXPECT_EQ(motion["items"][4]["mnemonic"], "Heave");
     EXPECT_EQ(motion["items"][0]["simulation"], nullptr);
-    EXPECT_EQ(Run({"datadef", "items", "2001", "--json"}).Json()["members"].size(), 8u);
     WriteBytes(At(L"own.ini"), "[7]\nName=Own\nItem(0)=Heave,H,103,8,0,162\n[8]\nItem(0)=Depth,D,1\n");
     const RunResult found = Run({"datadef", "find", "162", "nothing", "DEP", "--file", "own.ini", "--json"});
     EXPECT_EQ(found.code, 1);

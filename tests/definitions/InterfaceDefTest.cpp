@@ -4,7 +4,8 @@
 
 #include "core/OrvConfigureInitializer.h"
 #include "definitions/CIoHandlerSettingsList.h"
-#include "definitions/PortHandlers.h"
+#include "platform/text/PathText.h"
+#include "platform/text/Utf.h"
 #include "support/TestSupport.h"
 
 namespace orv {
@@ -26,6 +27,20 @@ public:
         return section;
     }
 };
+
+std::string TestData(const std::string& name) {
+    return test::ReadBytes(PathFromBytes(ORV_SOURCE_DIR "/tests/definitions/" + name));
+}
+
+template <class Visit>
+void ForEachSection(const FileObject& file, Visit visit) {
+    FobjSection cursor;
+    std::wstring name;
+    for (bool more = file.GetFirstSectionEntry(cursor, name); more; more = file.GetNextSectionEntry(cursor, name)) {
+        SCOPED_TRACE(ToUtf8(name));
+        visit(name);
+    }
+}
 
 TEST(InterfaceDef, OldNamesAreBroughtUpToDate) {
     const Ports ports(
@@ -77,12 +92,6 @@ TEST(InterfaceDef, SerialPortsFromTextsAndBack) {
         EXPECT_EQ(parity + stopBits, good ? std::wstring(row.parityBack) + row.stopBits : L"??");
         EXPECT_EQ(baudRate + dataBits, good ? 19207 : 2);
     }
-    Ports bad(
-        "[COM1]\nBaudrate=1\nDataBits=8\nParity=6\nStopBits=1\n[COM2]\nBaudrate=1\nDataBits=8\nParity=0\nStopBits=4\n");
-    int number = 0;
-    std::wstring text;
-    EXPECT_FALSE(bad.GetCOMportSettings(L"COM1", number, number, text, text) ||
-                 bad.GetCOMportSettings(L"COM2", number, number, text, text));
 }
 
 /// Which typed settings a port gets: one letter each.
@@ -92,33 +101,15 @@ std::string KindsOf(const PortSettings& settings) {
 }
 
 TEST(InterfaceDef, SettingsByHandler) {
-    const struct {
-        const char *items, *kinds;  // null: refused
-    } rows[] = {{"Handler=Serial Dvl", "s"},
-                {"Handler=MBRTU", "s"},
-                {"Handler=NCC", ""},
-                {"Handler=FjordEye", ""},
-                {"Handler=Q9K", "n"},
-                {"Handler=AXIO", "n"},
-                {"Handler=USB Video Camera", "n"},
-                {"Handler=socket", ""},
-                {"Name=x", nullptr},
-                {"Handler=File", nullptr},
-                {"Handler=File\nFilename=", "f"},
-                {"Handler=OPC\nOPCServer=a\nOPCHost=b\nOPCForce1=1\nOPCFSGateway=0", "o"},
-                {"Handler=OPC\nOPCServer=a\nOPCHost=b\nOPCForce1=1", nullptr},
-                {"Handler=OpcUA\nOpcUAHost=a\nOpcUAPort=4840\nOpcUASecurityPolicy=\nOpcUAMessageSecurityMode=1\n"
-                 "OpcUACertificate=c",
-                 "u"},
-                {"Handler=IXXAT\nIXXATname=a\nIXXATbus=1\nIXXATline=2", "i"},
-                {"Handler=IXXAT\nIXXATbus=1", nullptr}};
-    for (const auto& row : rows) {
-        const Ports ports("[P]\n" + std::string(row.items) + "\n");
+    OrvConfigureInitializer().RegisterComps();
+    const Ports ports(TestData("ports.ini"));
+    ForEachSection(ports, [&](const std::wstring& port) {
         PortSettings settings;
-        settings.serial = std::make_unique<CSerialSettings>();
-        EXPECT_EQ(ports.GetPortSettings(L"P", settings), row.kinds != nullptr) << row.items;
-        EXPECT_EQ(KindsOf(settings), row.kinds ? row.kinds : "s") << row.items;
-    }
+        const std::string kind = ToUtf8(ports.Get(port, L"Kind"));
+        EXPECT_EQ(ports.GetPortSettings(port, settings) ? KindsOf(settings) : "refused", kind);
+        EXPECT_EQ(settings.section.Items().empty(), kind == "refused");
+        EXPECT_EQ(PortSettingsText(ports.Section(port)), ports.Get(port, L"Line"));
+    });
 }
 
 TEST(InterfaceDef, SettingsAreReadAsTheyWereWritten) {
@@ -144,75 +135,27 @@ TEST(InterfaceDef, SettingsAreReadAsTheyWereWritten) {
 TEST(PortDialogs, NewPorts) {
     OrvConfigureInitializer().RegisterComps();
     Ports ports("[COM1]\nBaudrate=1\n");
-    const struct {
-        const wchar_t *handler, *entered, *name;  // name null: refused
-        const wchar_t* rest;                      // text of the port, or of the refusal
-    } rows[] = {
-        {L"Serial", L"2", L"COM2", L"4800 8-NO-1"},
-        {L"Serial", L"", nullptr, L"/"},
-        {L"Serial Usbl", L"1", nullptr, L"/Port already exists"},
-        {L"MBRTU", L"2", L"MBRTU_COM2", L"MBRTU 4800 8-NO-1"},
-        {L"Socket", L"Gps", L"Gps", L"UDP "},
-        {L"Socket", L"Gps", nullptr, L"/Port already exists"},
-        {L"Socket", L"", nullptr, L"New network port error/You must enter a name or cancel the dialog."},
-        {L"Socket", L"COMx", nullptr, L"/Netport name cannot start with 'COM'"},
-        {L"EIVA", L"a b", nullptr,
-         L"New NetPort error/A NetPort name cannot contain a space (' ').\nPlease correct the error or cancel the "
-         L"addition."},
-        {L"MBI", L"Bus", L"Bus", L"MBI TCP 127.0.0.1:502"},
-        {L"PingDSP", L"Dsp", L"Dsp", L"PingDSP 127.0.0.1"},
-        {L"IMAGENEX", L"Son", L"Son", L"IMAGENEX UDP 4040 127.0.0.1"},
-        {L"LUMEXA", L"Lum", L"Lum", L"LUMEXA TCP 127.0.0.1:5000"},
-        {L"EDGETECH", L"Edge", L"Edge", L"EDGETECH TCP 127.0.0.1:1701"},
-        {L"File", L"Log", L"Log", L""},
-        {L"USB Video Camera", L"Cam", L"Cam", L"USB Video Camera "},
-    };
-    for (const auto& row : rows) {
-        const std::unique_ptr<IoPortNewDlg> form = GetIoHandlerSettingsList().CreateNew(row.handler, nullptr);
+    const Ports rows(TestData("new-ports.ini"));
+    ForEachSection(rows, [&](const std::wstring& row) {
+        const std::wstring handler = rows.Get(row, L"Handler"), expected = rows.Get(row, L"Name");
+        const std::unique_ptr<IoPortNewDlg> form = GetIoHandlerSettingsList().CreateNew(handler, nullptr);
         ASSERT_TRUE(form);
-        std::wstring name = L"?";
+        std::wstring name = L"-";
         PortRefusal refusal;
-        const std::wstring before = ports.Get(L"COM1", L"Baudrate");
-        EXPECT_EQ(form->Add(ports, row.handler, row.entered, name, refusal), row.name != nullptr);
-        EXPECT_EQ(name, row.name ? row.name : L"?");
-        const std::wstring rest =
-            row.name ? PortSettingsText(ports.Section(name)) : refusal.title + L"/" + refusal.text;
-        EXPECT_EQ(rest, row.rest);
-    }
+        EXPECT_EQ(form->Add(ports, handler, rows.Get(row, L"Entered"), name, refusal), expected != L"-");
+        EXPECT_EQ(name, expected);
+        std::replace(refusal.text.begin(), refusal.text.end(), L'\n', L' ');
+        EXPECT_EQ(refusal.title + L"/" + refusal.text, rows.Get(row, L"Refusal"));
+        EXPECT_EQ(PortSettingsText(ports.Section(name)), rows.Get(row, L"Line"));
+    });
     EXPECT_EQ(ports.Get(L"COM1", L"Baudrate") + ports.Get(L"COM1", L"Handler"), L"1-");
     EXPECT_EQ(ports.Get(L"Dsp", L"HostPort") + ports.Get(L"Bus", L"LocalPort"), L"23848502");
 }
 
-TEST(PortSettingsText, Lines) {
-    OrvConfigureInitializer().RegisterComps();
-    const struct {
-        const char* items;
-        const wchar_t* text;
-    } rows[] = {
-        {"Handler=Serial\nBaudrate=9600\nParity=6\nStopBits=2", L"9600 7--2"},
-        {"Handler=NCC\nBaudrate=9600\nParity=3", L"NCC 9600 7-NONE-1"},
-        {"Handler=EIVA\nHostAdress=a", L"No valid setting"},
-        {"Handler=Socket\nProtocol=0\nLocalPort=1\nHostPort=2\nHostAdress=a", L"UDP 1 a:2"},
-        {"Handler=Socket\nProtocol=1\nLocalPort=1\nHostAdress=a", L"TCP a:0"},
-        {"Handler=RGL\nProtocol=1\nHostAdress=a", L"RGL a"},
-        {"Handler=RTA\nLocalPort=2024", L"RTA UDP 2020 GPS"},
-        {"Handler=RTA\nLocalPort=3011\nZephRtaBaseport=3000", L"RTA UDP 3000 SV"},
-        {"Handler=RTA\nLocalPort=3012\nZephRtaBaseport=3000", L"RTA UDP 3000 ES3"},
-        {"Handler=KELVA Remote IO\nLocalPort=2018", L"KRIO UDP 2020 VRU"},
-        {"Handler=KELVA Remote IO\nLocalPort=2028", L"KRIO UDP 2020 CLK"},
-        {"Handler=File\nFilename=a.log", L"a.log"},
-        {"Handler=OPC\nOPCHost=a", L""},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(PortSettingsText(Ports("[P]\n" + std::string(row.items) + "\n").Section(L"P")), row.text);
-    }
-}
-
 TEST(CIoHandlerSettingsList, FirstRegistrationStays) {
-    struct Counting : IoPortEditDlgICreator {
+    struct Counting : IoPortEditDlgCreator<CFileportSetup> {
         explicit Counting(int& counter) : alive(counter) { ++alive; }
         ~Counting() override { --alive; }
-        IoPortEditDlg* Create(void*) override { return new CFileportSetup; }
         int& alive;
     };
     int alive = 0;
@@ -220,10 +163,9 @@ TEST(CIoHandlerSettingsList, FirstRegistrationStays) {
         CIoHandlerSettingsList list;
         list.RegisterIoPortEditor(L"b", new Counting(alive), new IoPortNewDlgCreator<CNewPortDlg>);
         list.RegisterIoPortEditor(L"a", new IoPortEditDlgCreator<CComportSetup>, nullptr);
-        list.RegisterIoPortEditor(L"b", new IoPortEditDlgCreator<CComportSetup>, nullptr);
-        list.RegisterIoPortEditor(L"a", new Counting(alive), nullptr);
+        for (const wchar_t* again : {L"a", L"b"}) list.RegisterIoPortEditor(again, new Counting(alive), nullptr);
         EXPECT_EQ(alive, 1);
-        EXPECT_TRUE(dynamic_cast<CFileportSetup*>(list.Create(L"b", nullptr).get()));
+        EXPECT_TRUE(dynamic_cast<CComportSetup*>(list.Create(L"a", nullptr).get()));
         EXPECT_TRUE(list.CreateNew(L"b", nullptr) && !list.CreateNew(L"a", nullptr) && !list.Create(L"c", nullptr));
         std::wstring handler, walked;
         while (list.GetNextHandler(handler)) walked += handler;

@@ -1,6 +1,7 @@
 #include "surveydata/DredgeInstructionModel.h"
 
 #include "core/FileObject.h"
+#include "platform/text/PathText.h"
 #include "project/FileDependencies.h"
 #include "support/TestInstallation.h"
 
@@ -81,27 +82,17 @@ TEST(DredgeInstructionModel, WhatItNeeds) {
     for (const auto& row : rows) {
         test::WriteBytes(path, std::string(kFile) + "[Dredge Instruction]\n" + row.items);
         FileDependencies needs;
-        DredgeInstructionModel::GetDependencies(path, needs);
+        needs.Add(path);
         std::wstring names;
-        for (int at = 0; at < needs.GetSize(); ++at) {
-            const std::wstring file = needs[at];
-            const std::size_t slash = file.rfind(L'/') + 1;
-            names += file.substr(slash, file.rfind(L'.') - slash) + L" ";
-        }
+        for (int at = 1; at < needs.GetSize(); ++at) names += GetTitleFromPath(needs[at]) + L" ";
         // No project is open that would tell where its logs lie.
         for (const FileDependencies::Unresolved& lost : needs.GetUnresolved()) names += lost.name + L" ";
         EXPECT_EQ(names, row.needed);
-        FileDependencies followed;
-        followed.Add(path);
-        EXPECT_EQ(followed.GetSize(), needs.GetSize() + 1);
     }
     FileObject file;
     DredgeInstructionModel model;
     EXPECT_TRUE(file.FileOpen(path, kOpenRead) && model.FileOpen(file));
     EXPECT_GT(model.GetInstructionDateTime(), 1.6e12);
-    FileDependencies none;
-    DredgeInstructionModel::GetDependencies(installation.ProjectFolder() + L"Missing.dri", none);
-    EXPECT_EQ(none.GetSize(), 0);
 }
 
 }  // namespace
