@@ -81,7 +81,7 @@ std::string Ggf() {
     GridBytes out;
     out.Blank(48).F64(kSouth).F64(kSouth + (kRows - 1) * kRowStep).F64(kWest).F64(kWest + (kColumns - 1) * kColumnStep);
     out.F64(kRowStep).F64(kColumnStep).I32(kRows).I32(kColumns).Blank(16).F64(9999).F64(1).Blank(2);
-    for (const std::uint8_t code : {4, 0, 1, 8, 1, 1}) out.Add(code);
+    for (const int code : {4, 0, 1, 8, 1, 1}) out.Add(static_cast<std::uint8_t>(code));
     out.Blank(2);
     for (int r = 0; r < kRows; ++r)
         for (int c = 0; c < kColumns; ++c) out.F32(Surface(r, c));

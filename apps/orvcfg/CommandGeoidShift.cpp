@@ -73,7 +73,7 @@ public:
             dy = y + sign * dy;
             dx = x + sign * dx;
         }
-        if (session.options.json) return PutJson(first, second, reason, y, x, dy, dx, rest);
+        if (session.options.json) return PutJson(first, second, !wrong, reason, y, x, dy, dx, rest);
         std::string text = std::string(first) + " " + std::string(second) + (second.empty() ? "" : " ");
         if (reason.empty()) {
             const bool latitudeFirst = order == PlaceOrder::LatLon;
@@ -103,13 +103,13 @@ private:
 
     void Put(const std::string& line) { session.out.Put(line + "\n"); }
 
-    void PutJson(std::string_view first, std::string_view second, const std::string& reason, double y, double x,
-                 double dy, double dx, std::string_view rest) {
+    void PutJson(std::string_view first, std::string_view second, bool placed, const std::string& reason, double y,
+                 double x, double dy, double dx, std::string_view rest) {
         const std::string yName = shifting.projected ? "northing" : "latitude";
         const std::string xName = shifting.projected ? "easting" : "longitude";
         const std::string what = arguments.apply ? "Shifted" : "Shift";
         Json object = Json::object();
-        if (reason.empty() || (y != 0.0 && x != 0.0)) {
+        if (placed) {
             object[yName] = y;
             object[xName] = x;
         } else {

@@ -101,7 +101,8 @@ bool GeoidModel_EGM2008::Calculate(double latitude, double longitude, double, do
     if (!(latitude >= -90.0 && latitude <= 90.0) || !std::isfinite(longitude)) return Answer(kGeoidOutside);
 
     const double margin = interpolationMethod == 1 ? 1.0 : 0.0;
-    auto tile = tiles.Find([&](const FileInfo& held) { return BoxHolds(held, longitude, latitude, margin); });
+    const FileInfo* tile =
+        tiles.Find([&](const FileInfo& held) { return BoxHolds(held, longitude, latitude, margin); });
     if (!tile) {
         tile = tiles.Add([&] {
             auto made = std::make_shared<FileInfo>();

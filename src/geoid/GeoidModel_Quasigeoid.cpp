@@ -59,9 +59,7 @@ int QuasigeoidGrid::ReadFile(std::span<const std::byte> bytes) {
         !TruncToInt((maximumLatitude - minimumLatitude) / latitudeStep + 1.5, rows)) {
         return kGeoidBadHeader;
     }
-    const std::uint64_t count = in.NodesLeft(NodeCount(rows, columns), sizeof(std::int32_t));
-    values.reserve(static_cast<std::size_t>(count));
-    for (std::uint64_t i = 0; i < count; ++i) values.push_back(in.Read<std::int32_t>());
+    in.ReadRun(static_cast<std::uint64_t>(NodeCount(rows, columns)), values);
     return values.empty() ? kGeoidNoData : kGeoidOk;
 }
 

@@ -55,7 +55,7 @@ int GeoidModel_RDNAP::ReadBody(std::span<const std::byte> bytes, FileInfo& info)
     in.Seek(56);
     info.values.clear();
     info.values.reserve(static_cast<std::size_t>(in.Remaining() / sizeof(float) + 1));
-    while (in.Remaining() >= sizeof(float)) info.values.push_back(in.Read<float>());
+    in.ReadRun(in.Remaining() / sizeof(float), info.values);
     if (info.values.empty()) {
         info.error = L"No data in file " + info.fileName;
         return kGeoidNoData;

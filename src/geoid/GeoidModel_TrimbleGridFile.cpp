@@ -69,7 +69,7 @@ bool GeoidModel_TrimbleGridFile::Calculate(double latitude, double longitude, do
     }
     if (!std::isfinite(x) || !std::isfinite(y)) return Answer(kGeoidOutside);
 
-    auto tile = tiles.Find([&](const FileInfo& held) { return held.InBounds(x, y); });
+    const FileInfo* tile = tiles.Find([&](const FileInfo& held) { return held.InBounds(x, y); });
     if (!tile) tile = tiles.Add([&] { return MakeTile(x, y); });
     if (!tile) return Answer(kGeoidOutside);
 

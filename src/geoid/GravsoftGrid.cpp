@@ -36,7 +36,7 @@ int GravsoftGrid::ReadFile(std::span<const std::byte> bytes, const Rules& rules)
     values.reserve(static_cast<std::size_t>(in.NodesLeft(NodeCount(frame.rows, frame.columns), sizeof(float))));
     for (int row = 0; row < frame.rows && in.Remaining() > 0; ++row) {
         const std::uint64_t count = in.NodesLeft(frame.columns, sizeof(float));
-        for (std::uint64_t i = 0; i < count; ++i) values.push_back(in.Read<float>());
+        in.ReadRun(count, values);
         in.Skip((kRowUnit - count % kRowUnit) % kRowUnit * sizeof(float));
     }
     return values.empty() ? info.NoDataInFile() : kGeoidOk;

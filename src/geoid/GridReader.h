@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "geoid/GeoidModel.h"
 #include "platform/Export.h"
@@ -39,6 +40,22 @@ public:
         position += sizeof(T);
         if (order != std::endian::native) std::reverse(raw.begin(), raw.end());
         return std::bit_cast<T>(raw);
+    }
+
+    /// Appends `count` numbers at once; no more than are there.
+    template <class T>
+    void ReadRun(std::uint64_t count, std::vector<T>& out) {
+        static_assert(sizeof(T) == sizeof(std::uint32_t));
+        const auto size = static_cast<std::size_t>(NodesLeft(static_cast<std::int64_t>(count), sizeof(T)));
+        const std::size_t before = out.size();
+        out.resize(before + size);
+        if (size == 0) return;
+        std::memcpy(out.data() + before, bytes.data() + position, size * sizeof(T));
+        position += size * sizeof(T);
+        if (order == std::endian::native) return;
+        for (std::size_t i = before; i < out.size(); ++i) {
+            out[i] = std::bit_cast<T>(__builtin_bswap32(std::bit_cast<std::uint32_t>(out[i])));
+        }
     }
 
     /// How many of `wanted` nodes of `size` bytes the rest of the file holds: what memory may be asked for.

@@ -16,11 +16,10 @@ bool HoldsDoubles(std::uint64_t length, std::int64_t nodes) {
     return count <= std::numeric_limits<std::uint64_t>::max() / sizeof(double) && length > count * sizeof(double);
 }
 
-template <class Node>
-void ReadNodes(GridReader& in, std::int64_t nodes, std::vector<float>& values) {
-    const std::uint64_t count = in.NodesLeft(nodes, sizeof(Node));
+void ReadDoubles(GridReader& in, std::int64_t nodes, std::vector<float>& values) {
+    const std::uint64_t count = in.NodesLeft(nodes, sizeof(double));
     values.reserve(static_cast<std::size_t>(count));
-    for (std::uint64_t i = 0; i < count; ++i) values.push_back(static_cast<float>(in.Read<Node>()));
+    for (std::uint64_t i = 0; i < count; ++i) values.push_back(static_cast<float>(in.Read<double>()));
 }
 
 int Finish(GridFileInfo& info, const std::string& bytes, GtxGrid& grid) {
@@ -44,9 +43,9 @@ int ReadGtx(std::span<const std::byte> bytes, GtxGrid& grid) {
 
     const std::int64_t nodes = NodeCount(grid.rows, grid.columns);
     if (HoldsDoubles(in.Length(), nodes)) {
-        ReadNodes<double>(in, nodes, grid.values);
+        ReadDoubles(in, nodes, grid.values);
     } else {
-        ReadNodes<float>(in, nodes, grid.values);
+        in.ReadRun(static_cast<std::uint64_t>(nodes), grid.values);
     }
     return grid.values.empty() ? kGeoidNoData : kGeoidOk;
 }

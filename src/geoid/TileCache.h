@@ -1,11 +1,13 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <utility>
 #include <vector>
 
+#include "platform/Export.h"
 #include "platform/os/Clock.h"
 
 namespace orv {
@@ -22,77 +24,111 @@ struct TileUse {
     mutable std::atomic<double> lastUse = 0.0;
 };
 
+/// A number that no list of tiles in this process has had before.
+ORV_EXPORT std::uint64_t NextTileStamp();
+
 /// The pieces of a grid file that a model keeps in memory, in the order in which they were read; 41 at most. `Tile`
 /// derives from TileUse and never changes otherwise. Any thread may call; copies hold their own list of shared tiles.
+///
+/// A list never changes either: a new one takes its place. Each thread remembers the list that it saw last and looks
+/// through it without a lock as long as the stamp is the same, so that vessels on many threads don't wait for each
+/// other.
 template <class Tile>
 class TileCache {
 public:
     using Pointer = std::shared_ptr<const Tile>;
+    using Tiles = std::vector<Pointer>;
 
-    TileCache() = default;
-    TileCache(const TileCache& other) : tiles(other.List()) {}
+    TileCache() : tiles(std::make_shared<const Tiles>()) {}
+    ~TileCache() {
+        if (SeenByThread().stamp == stamp) SeenByThread() = {};
+    }
+    TileCache(const TileCache& other) : tiles(other.Shared()) {}
     TileCache& operator=(const TileCache& other) {
         if (this != &other) {
-            std::vector<Pointer> theirs = other.List();
+            std::shared_ptr<const Tiles> theirs = other.Shared();
             const std::lock_guard lock(mutex);
-            tiles = std::move(theirs);
+            Publish(std::move(theirs));
         }
         return *this;
     }
 
-    /// The first tile of the list for which `holds(tile)` is true, marked as used now; null if there is none.
+    /// The first tile of the list for which `holds(tile)` is true, marked as used now; null if there is none. Good
+    /// until this thread asks the next time.
     template <class Holds>
-    Pointer Find(Holds holds) const {
-        Pointer hit;
-        {
+    const Tile* Find(Holds holds) const {
+        Seen& seen = SeenByThread();
+        if (seen.stamp != stamp.load(std::memory_order_acquire)) {
             const std::lock_guard lock(mutex);
-            for (const Pointer& tile : tiles) {
-                if (!holds(*tile)) continue;
-                hit = tile;
-                break;
-            }
+            seen = {stamp, tiles};
         }
-        if (hit) hit->lastUse.store(CExTime::GetCurTime(), std::memory_order_relaxed);
-        return hit;
+        for (const Pointer& tile : *seen.tiles) {
+            if (!holds(*tile)) continue;
+            // Threads on one tile mustn't pass the line of memory around for nothing.
+            const double now = CExTime::GetCoarseTime();
+            if (tile->lastUse.load(std::memory_order_relaxed) != now) {
+                tile->lastUse.store(now, std::memory_order_relaxed);
+            }
+            return tile.get();
+        }
+        return nullptr;
     }
 
     /// Makes room, then appends what `make()` returns; a null pointer adds nothing. Everything happens under the lock,
     /// reading the file included: a second thread that misses at the same moment waits and then adds a tile of its own.
     template <class Make>
-    Pointer Add(Make make) {
+    const Tile* Add(Make make) {
         const std::lock_guard lock(mutex);
-        while (tiles.size() > 40) Evict();
-        Pointer tile = make();
-        if (tile) tiles.push_back(tile);
-        return tile;
+        Tiles changed = *tiles;
+        while (changed.size() > 40) Evict(changed);
+        const Pointer tile = make();
+        if (tile) changed.push_back(tile);
+        Publish(std::make_shared<const Tiles>(std::move(changed)));
+        SeenByThread() = {stamp, tiles};
+        return tile.get();
     }
 
     void Clear() {
         const std::lock_guard lock(mutex);
-        tiles.clear();
+        Publish(std::make_shared<const Tiles>());
     }
-    std::vector<Pointer> List() const {
+    Tiles List() const { return *Shared(); }
+
+private:
+    struct Seen {
+        std::uint64_t stamp = 0;
+        std::shared_ptr<const Tiles> tiles;
+    };
+    static Seen& SeenByThread() {
+        thread_local Seen seen;
+        return seen;
+    }
+    std::shared_ptr<const Tiles> Shared() const {
         const std::lock_guard lock(mutex);
         return tiles;
     }
+    void Publish(std::shared_ptr<const Tiles> changed) {
+        tiles = std::move(changed);
+        stamp.store(NextTileStamp(), std::memory_order_release);
+    }
 
-private:
     // The tile that was used longest ago. One that was never hit is the best choice only until the next is looked at:
     // it may just have been read for a position that is about to come back.
-    void Evict() {
+    static void Evict(Tiles& from) {
         std::size_t oldest = 0;
         double best = 0.0;
-        for (std::size_t i = 0; i < tiles.size(); ++i) {
-            const double used = tiles[i]->lastUse.load(std::memory_order_relaxed);
+        for (std::size_t i = 0; i < from.size(); ++i) {
+            const double used = from[i]->lastUse.load(std::memory_order_relaxed);
             if (best != 0.0 && !(used < best)) continue;
             best = used;
             oldest = i;
         }
-        tiles.erase(tiles.begin() + static_cast<std::ptrdiff_t>(oldest));
+        from.erase(from.begin() + static_cast<std::ptrdiff_t>(oldest));
     }
 
     mutable OwnMutex mutex;
-    std::vector<Pointer> tiles;
+    std::shared_ptr<const Tiles> tiles;  // guarded by the mutex; what it points to never changes
+    std::atomic<std::uint64_t> stamp = NextTileStamp();
 };
 
 }  // namespace orv

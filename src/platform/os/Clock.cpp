@@ -89,6 +89,16 @@ double CExTime::GetCurTime() {
     return static_cast<double>(TheClock().UtcMilliseconds());
 }
 
+double CExTime::GetCoarseTime() {
+#ifdef CLOCK_REALTIME_COARSE
+    timespec now = {};
+    if (!clockInForce.load(std::memory_order_relaxed) && clock_gettime(CLOCK_REALTIME_COARSE, &now) == 0) {
+        return static_cast<double>(std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000);
+    }
+#endif
+    return GetCurTime();
+}
+
 std::wstring CExTime::TimeToString(double time, int, int, int) {
     std::int64_t seconds = 0;
     if (!TruncToInt(std::floor(time / 1000.0), seconds)) return {};

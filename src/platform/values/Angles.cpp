@@ -5,6 +5,7 @@
 namespace orv {
 
 double TrimAngle(double degrees) {
+    if (degrees >= 0.0 && degrees < 360.0) return degrees + 0.0;  // most are; the division costs as much as a height
     if (!std::isfinite(degrees)) return degrees;
     double angle = std::fmod(degrees, 360.0);
     if (angle < 0.0) angle += 360.0;
