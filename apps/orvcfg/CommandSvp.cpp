@@ -88,14 +88,13 @@ ExitCode Reduce(Session& session, const ReduceArguments& arguments) {
         session.Problem(arguments.file, "The reduced profile can't be put into a file");
         return kSomeFailed;
     }
-    memfile text(textencoding::utf8);
-    if (!file.FileObject::FileSave(text)) {
-        session.Problem(arguments.file, "The reduced profile can't be written as text");
+    const bool toFile = !arguments.output.empty() && arguments.output != "-";
+    if (toFile && !file.FileObject::FileSave(PathArgument(arguments.output), kSave)) {
+        session.Problem(arguments.output, "Can't be written", "Check that the folder is there and may be written to.");
         return kSomeFailed;
     }
     if (session.options.json) {
         Json object = {{"file", arguments.file}, {"samples", before}, {"reduced", profile.GetNumPoints()}};
-        if (!arguments.output.empty() && !WriteResult(session, arguments.output, text.Bytes())) return kSomeFailed;
         Json& points = object["points"] = Json::array();
         for (const SvpPoint& sample : SamplesOf(profile, false)) {
             points.push_back({sample.depth, sample.soundVelocity, sample.auxValue1, sample.auxValue2});
@@ -103,7 +102,14 @@ ExitCode Reduce(Session& session, const ReduceArguments& arguments) {
         PrintJson(session, object);
         return kAllGood;
     }
-    if (!WriteResult(session, arguments.output, text.Bytes())) return kSomeFailed;
+    if (!toFile) {
+        memfile text(textencoding::utf8);
+        if (!file.FileObject::FileSave(text)) {
+            session.Problem(arguments.file, "The reduced profile can't be written as text");
+            return kSomeFailed;
+        }
+        session.out.Put(text.Bytes());
+    }
     session.Note(std::to_string(before) + " samples reduced to " + std::to_string(profile.GetNumPoints()));
     return kAllGood;
 }

@@ -190,6 +190,7 @@ ExitCode PlotTide(Session& session, const PlotArguments& arguments) {
         session.Problem(arguments.station, "There are no values to draw", "See \"orvcfg tide info\".");
         return kSomeFailed;
     }
+    time.title += ", " + UtcText(time.low) + " to " + UtcText(time.high);  // within a day no tick tells the date
     // Fewer values are drawn as they are.
     Curve curve(values > 2 * kColumns ? (time.high - time.low) / kColumns : 0);
     std::vector<Svg::Point> dots;

@@ -50,11 +50,10 @@ Scale NumberScale(double low, double high, int wanted) {
     int decimals = 0;
     const std::vector<double> inner = Ticks(low, high, wanted, decimals);
     const double step = inner.size() > 1 ? inner[1] - inner[0] : high - low;
-    Scale scale{std::floor(low / step + 1e-9) * step, std::ceil(high / step - 1e-9) * step, {}};
-    for (const double value :
-         Ticks(scale.low, scale.high, static_cast<int>((scale.high - scale.low) / step + 0.5), decimals)) {
-        scale.ticks.push_back({value, Fixed(value, std::min(decimals, 12))});
-    }
+    const double first = std::floor(low / step + 1e-9), last = std::ceil(high / step - 1e-9);
+    Scale scale{first * step, last * step, {}};
+    for (double i = first; i <= last; ++i)
+        scale.ticks.push_back({i * step, Fixed(i * step + 0.0, std::min(decimals, 12))});
     return scale;
 }
 

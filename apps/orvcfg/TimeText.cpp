@@ -117,20 +117,18 @@ Cell UtcCell(double utcMilliseconds) {
 }
 
 std::string DurationText(double milliseconds) {
-    struct Unit {
-        double length;
-        const char *name, *next;
-        double nextLength;
-    };
-    constexpr double second = 1000, minute = 60 * second, hour = 60 * minute, day = 24 * hour;
-    if (milliseconds < second) return ToUtf8(ShortestText(milliseconds)) + " ms";
-    if (milliseconds < 2 * minute) return ToUtf8(ShortestText(milliseconds / second)) + " s";
-    constexpr Unit units[] = {{day, " d", " h", hour}, {hour, " h", " min", minute}, {minute, " min", " s", second}};
-    const Unit& unit = milliseconds >= 2 * day ? units[0] : milliseconds >= 2 * hour ? units[1] : units[2];
-    const double whole = std::floor(milliseconds / unit.length);
-    const double rest = (milliseconds - whole * unit.length) / unit.nextLength;
-    std::string text = Fixed(whole, 0) + unit.name;
-    if (rest > 0) text += " " + ToUtf8(ShortestText(std::round(rest * 1000) / 1000)) + unit.next;
+    constexpr double kLongest = 1e15;  // up to here milliseconds count exactly
+    constexpr std::pair<double, const char*> units[] = {{86400e3, " d"}, {3600e3, " h"}, {60e3, " min"}};
+    if (!(milliseconds >= 1000)) return ToUtf8(ShortestText(milliseconds)) + " ms";
+    if (milliseconds > kLongest) return ToUtf8(ShortestText(milliseconds / units[0].first)) + " d";
+    std::string text;
+    for (const auto& [length, name] : units) {
+        const double whole = std::floor(milliseconds / length);
+        milliseconds -= whole * length;
+        if (whole > 0) text += (text.empty() ? "" : " ") + Fixed(whole, 0) + name;
+    }
+    if (milliseconds > 0 || text.empty())
+        text += (text.empty() ? "" : " ") + ToUtf8(ShortestText(milliseconds / 1000)) + " s";
     return text;
 }
 

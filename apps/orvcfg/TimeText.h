@@ -23,7 +23,7 @@ inline constexpr std::string_view kTimeForms =
 std::string UtcText(double utcMilliseconds);
 Cell UtcCell(double utcMilliseconds);
 bool IsCivilTime(double utcMilliseconds);  ///< within the years 1 to 9999
-/// A length of time: 250 ms, 45 s, 6 min 40 s, 3 h 20 min, 12 d 4 h.
+/// A length of time: 250 ms, 6 min 40.5 s, 12 d 4 h.
 std::string DurationText(double milliseconds);
 
 /// Reads times, of which those without a zone mean nothing until it is told where their clock stood.

@@ -31,7 +31,9 @@ bool LogFileName::SetNameFromFileTitle(const std::wstring& path) {
 }
 
 bool LogFileName::SetNameFromFileHeader(const std::wstring& path) {
-    LogHeader header;
+    // What the header lacks may have been told by the title.
+    LogHeader header{orvVersion,     fileVersion,    fields.vessel,    fields.surveyType,
+                     fields.runline, fields.logTime, fields.replayTime};
     if (!ReadLogHeader(path, header)) return false;
     orvVersion = header.orvVersion;
     fileVersion = header.fileVersion;

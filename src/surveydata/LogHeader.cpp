@@ -77,7 +77,7 @@ LogHeaderPlace FindLogHeader(std::span<const std::byte> start) {
 bool ParseLogHeader(std::span<const std::byte> text, LogHeader& header) {
     FileObject file;
     if (!ParseText(text, file)) return false;
-    LogHeader found;
+    LogHeader found = header;
     file.GetItem(HEADER, ORV_VERSION, found.orvVersion);
     file.GetItem(HEADER, FILE_VERSION, found.fileVersion);
     file.GetItem(HEADER, VESSELNAME, found.vessel);

@@ -35,12 +35,13 @@ struct LogHeaderPlace {
 /// Looks for it in the first bytes of a log; NeedMore if they don't reach to its end.
 ORV_EXPORT LogHeaderPlace FindLogHeader(std::span<const std::byte> start);
 
-/// The fields of a header; what isn't in it is empty, or 0.
+/// The fields of a header.
 struct LogHeader {
     std::wstring orvVersion, fileVersion, vessel, surveyType, runline;
     std::int64_t logTime = 0, replayTime = 0;  ///< seconds since 1970 UTC
 };
-/// False if the text is none, or holds a time that is none; `header` is left alone then.
+/// What isn't in the text stays as it was. False if the text is none, or holds a time that is none; `header` is left
+/// alone then.
 ORV_EXPORT bool ParseLogHeader(std::span<const std::byte> text, LogHeader& header);
 
 /// The text with another run line, in exactly as many bytes: one that has grown is cut, one that has shrunk is filled

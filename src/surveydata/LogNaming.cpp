@@ -180,7 +180,8 @@ bool ParseLogTime(std::wstring_view text, std::int64_t& utcSeconds) {
     }
     if (text.size() >= kLongTime && !Field(text, 13, 2, 0, 59, time.second)) return false;
     // What a log gets that has no start time, whatever the zone.
-    const bool unset = DateText(time) + TimeText(time) == L"19700101000000";
+    const bool unset =
+        time.year == 1970 && time.month == 1 && time.day == 1 && time.hour == 0 && time.minute == 0 && time.second == 0;
     utcSeconds = unset || time.year < 1900 ? 0 : LocalToUtc(time);
     return true;
 }

@@ -133,11 +133,14 @@ std::size_t TideFile::FirstNotBefore(double time) const {
     auto first = records.begin(), last = records.end();
     if (std::ssize(records) > 2 * kNear && time > records.front().time && time < records.back().time) {
         const double part = (time - records.front().time) / (records.back().time - records.front().time);
-        const auto guess = static_cast<std::ptrdiff_t>(part * static_cast<double>(records.size() - 1));
-        const auto low = first + std::max(guess - kNear, std::ptrdiff_t{0});
-        const auto high = first + std::min(guess + kNear, std::ssize(records) - 1);
-        if (low->time < time) first = low;
-        if (high->time >= time) last = high;
+        // Times of a damaged file can lie so far apart that their difference is no number.
+        if (part >= 0 && part <= 1) {
+            const auto guess = static_cast<std::ptrdiff_t>(part * static_cast<double>(records.size() - 1));
+            const auto low = first + std::max(guess - kNear, std::ptrdiff_t{0});
+            const auto high = first + std::min(guess + kNear, std::ssize(records) - 1);
+            if (low->time < time) first = low;
+            if (high->time >= time) last = high;
+        }
     }
     return static_cast<std::size_t>(std::lower_bound(first, last, Record{time, 0}, ByTime) - records.begin());
 }

@@ -54,6 +54,10 @@ TEST_F(LogHeaderTest, ReadsBehindFirstRecordsOfAnyLength) {
     EXPECT_EQ(Runline(), L"<none>") << "another record";
     Write("[HEADER]\nRunlineName=A\nReplayLogStartTime=soon\n");
     EXPECT_EQ(Runline(), L"<none>") << "a time that is none";
+    const std::wstring half = folder / L"Pier[Sweep]_L7-20210302-101530-again.orv";
+    test::WriteBytes(half, Record(1, "") + Record(2, "[HEADER]\nVesselName=Waverly\n"));
+    const LogFileName both(half);
+    EXPECT_EQ(both.VesselName() + both.RunlineName(), L"WaverlyL7") << "the header over a title that doesn't fit";
     Write("no header at all");
     EXPECT_EQ(Runline(), L"");
     EXPECT_FALSE(LogFileName(folder / L"missing.orv").IsValid());
