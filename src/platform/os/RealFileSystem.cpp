@@ -218,6 +218,10 @@ public:
         return kept;
     }
 
+    FsResult RenameAsWritten(std::wstring_view from, std::wstring_view to) override {
+        return RenameToFree(NameOnDisk(from), NameOnDisk(to, LastName::AsWritten));
+    }
+
     FsResult Replace(std::wstring_view from, std::wstring_view to) override {
         const std::string source = NameOnDisk(from), target = NameOnDisk(to);
         struct stat status;
@@ -274,6 +278,14 @@ public:
         // One that takes new names but may not be looked into can't be flushed, and the rename in it stands.
         if (descriptor < 0) return errno == EACCES ? FsResult::Ok : FromErrno(errno);
         return PosixFile(descriptor).Sync();
+    }
+
+    FsResult SyncVolume(std::wstring_view folder) override {
+        const std::string name = folder.empty() ? "." : NameOnDisk(folder);
+        const int descriptor = Retry([&] { return open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+        if (descriptor < 0) return FromErrno(errno);
+        const PosixFile closer(descriptor);
+        return ResultOf(syncfs(descriptor));
     }
 
     std::optional<std::uint64_t> FreeSpace(std::wstring_view path) override {

@@ -41,7 +41,7 @@ FsResult TemporaryFile::Finish() {
 }
 
 FsResult TemporaryFile::CopyBlocks(File& from, const std::atomic<bool>* cancel) {
-    const auto block = std::make_unique<char[]>(kBlock);
+    const auto block = std::make_unique_for_overwrite<char[]>(kBlock);
     for (;;) {
         if (cancel && *cancel) return FsResult::Cancelled;
         std::size_t got = 0;
@@ -52,14 +52,14 @@ FsResult TemporaryFile::CopyBlocks(File& from, const std::atomic<bool>* cancel) 
     }
 }
 
-FsResult TemporaryFile::CopyFrom(std::wstring_view source, const std::atomic<bool>* cancel) {
+FsResult TemporaryFile::CopyFrom(std::wstring_view source, const std::atomic<bool>* cancel, Flush flush) {
     std::unique_ptr<File> from;
     FileStatus status;
     FsResult result = files.Open(source, {}, from);
     if (result == FsResult::Ok) result = files.Status(source, status);
     if (result == FsResult::Ok) result = Create();
     if (result == FsResult::Ok) result = CopyBlocks(*from, cancel);
-    if (result == FsResult::Ok) result = Finish();
+    if (result == FsResult::Ok) result = flush == Flush::Now ? Finish() : file->Close();
     if (result == FsResult::Ok) result = files.SetModified(path, status.modified, status.modifiedNanoseconds);
     if (result == FsResult::Ok) result = TakeAttributes(source);
     return result;
@@ -70,6 +70,12 @@ FsResult TemporaryFile::Place() {
     if (result != FsResult::Ok) return result;
     path.clear();
     return files.SyncFolder(GetFolderFromPath(target));
+}
+
+FsResult TemporaryFile::PlaceAsWritten() {
+    const FsResult result = files.RenameAsWritten(path, target);
+    if (result == FsResult::Ok) path.clear();
+    return result;
 }
 
 FsResult TemporaryFile::PlaceNew() {
