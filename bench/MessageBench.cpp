@@ -2,6 +2,7 @@
 // message carries its time as text; both write a file below a fresh folder.
 
 #include <benchmark/benchmark.h>
+#include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/sinks/ringbuffer_sink.h>
 #include <spdlog/spdlog.h>
@@ -59,12 +60,12 @@ void Peer(benchmark::State& state) {
 /// spdlog's ring keeps a message unformatted; a view that shows it formats it.
 void PeerRing(benchmark::State& state) {
     const std::string text = "Vessel Volans: position of the second receiver lost";
-    spdlog::pattern_formatter formatter(kPattern);
+    spdlog::pattern_formatter layout(kPattern);
     spdlog::memory_buf_t shown;
     for (auto _ : state) {
         sides->peer->info(text);
         shown.clear();
-        formatter.format({spdlog::string_view_t("peer"), spdlog::level::info, text}, shown);
+        layout.format(spdlog::details::log_msg("peer", spdlog::level::info, text), shown);
         benchmark::DoNotOptimize(shown.data());
     }
 }
