@@ -74,6 +74,7 @@ public:
                                                     [&](const std::wstring& n) { return ToLower(n) == lower; }));
     }
     const auto& All() const { return names; }
+    bool isMade = false;  // the folder, or at least it was tried
 
 private:
     std::map<std::wstring, Names> names;   // by title in lower case
@@ -201,7 +202,8 @@ bool FileHistory::BackupFile(const DataFile& file, Names& copies, Folder& histor
                              const std::atomic<bool>& stop) {
     const std::wstring name = WantsCopy(file, copies, now).name, target = CopyPath(name, file.extension);
     if (name.empty()) return false;
-    static_cast<void>(Files().MakeFolder(historyFolder));
+    if (!history.isMade) static_cast<void>(Files().MakeFolder(historyFolder));
+    history.isMade = true;
     // Through a link the copy would replace whatever it leads to.
     FsResult result = FsResult::Denied;
     if (!history.HasLink(name + file.extension)) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -43,7 +44,7 @@ public:
     void Discard();
 
 private:
-    [[nodiscard]] FsResult CopyBlocks(File& from, const std::atomic<bool>* cancel);
+    [[nodiscard]] FsResult CopyBlocks(File& from, std::uint64_t size, const std::atomic<bool>* cancel);
     FileSystem& files;
     std::wstring target;
     std::wstring path;  ///< empty while there is no file to clean up
