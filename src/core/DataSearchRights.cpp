@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 
 #include "core/ConfigKeys.h"
 #include "core/DataSearch.h"
@@ -13,7 +14,11 @@ namespace orv {
 void DataSearch::LoadAllowedItems() {
     ualInvalid = !accessLevels->ReadUserAccessLevelsFile();
     deniedItems.clear();
-    levelApps = accessLevels->Applications();
+    // Menus ask for each of their items again and again: names in lower case and ids are sorted to be found fast.
+    levelApps.clear();
+    for (const std::wstring& application : accessLevels->Applications()) levelApps.push_back(ToLower(application));
+    std::sort(levelApps.begin(), levelApps.end());
+    levelApps.erase(std::unique(levelApps.begin(), levelApps.end()), levelApps.end());
     levelIndex = GetLevelIndex(userLevel);
     for (const std::wstring& application : levelApps) {
         std::vector<int>& denied = deniedItems.emplace_back();
@@ -23,7 +28,7 @@ void DataSearch::LoadAllowedItems() {
                 if (item.Parse(text) && !item.Allows(levelIndex)) denied.push_back(item.id);
             }
         }
-        std::sort(denied.begin(), denied.end());  // menus ask for each of their items again and again
+        std::sort(denied.begin(), denied.end());
     }
 }
 
@@ -43,9 +48,16 @@ bool DataSearch::PermissionToUseItem(int id) const {
 
 bool DataSearch::PermissionToUseItem(const std::wstring& application, int id) const {
     if (ualInvalid) return true;
-    const auto app = std::find_if(levelApps.begin(), levelApps.end(),
-                                  [&](const std::wstring& name) { return EqualNoCase(name, application); });
-    if (app == levelApps.end()) return true;
+    std::array<wchar_t, 64> room;  // asked for each item of a menu: no memory for a name of the usual length
+    std::wstring longName;
+    std::wstring_view wanted(room.data(), application.size());
+    if (application.size() <= room.size()) {
+        std::transform(application.begin(), application.end(), room.begin(), LowerChar);
+    } else {
+        wanted = longName = ToLower(application);
+    }
+    const auto app = std::lower_bound(levelApps.begin(), levelApps.end(), wanted);
+    if (app == levelApps.end() || *app != wanted) return true;
     const std::vector<int>& denied = deniedItems[static_cast<std::size_t>(app - levelApps.begin())];
     return !std::binary_search(denied.begin(), denied.end(), id);
 }

@@ -19,8 +19,8 @@ namespace {
 
 constexpr int kRingSize = 100;
 constexpr std::chrono::milliseconds kWriterPatience{3000};
-constexpr std::int64_t kFlushInterval = 60;  // seconds
-constexpr std::size_t kPendingLimit = 4096;  // bytes
+constexpr std::int64_t kFlushInterval = 60;   // seconds
+constexpr std::size_t kPendingLimit = 16384;  // bytes
 
 constexpr std::string_view kStartOfFile = "*** Start of ORV Session ***\n";
 constexpr std::string_view kStartOfLogging = "\n*** Start of Logging Session ***\n";
@@ -29,6 +29,7 @@ constexpr std::string_view kEndOfLogging = "\n*** End of Logging Session ***\n";
 struct DeliveryBoard {
     std::mutex mutex;
     std::shared_ptr<const MessageDelivery> delivery;
+    std::atomic<bool> any = false;
 };
 
 /// Never destroyed: a worker may report while the process ends.
@@ -38,9 +39,10 @@ DeliveryBoard& TheDelivery() {
 }
 
 void Deliver(AbstractORVMessage& source, bool post) {
+    DeliveryBoard& board = TheDelivery();
+    if (!board.any) return;
     std::shared_ptr<const MessageDelivery> delivery;
     {
-        DeliveryBoard& board = TheDelivery();
         const std::lock_guard lock(board.mutex);
         delivery = board.delivery;
     }
@@ -64,6 +66,7 @@ void SetMessageDelivery(MessageDelivery delivery) {
     auto next = delivery ? std::make_shared<const MessageDelivery>(std::move(delivery)) : nullptr;
     DeliveryBoard& board = TheDelivery();
     const std::lock_guard lock(board.mutex);
+    board.any = next != nullptr;
     board.delivery.swap(next);
 }
 
@@ -133,7 +136,9 @@ bool BaseORVMessage::AddMessage(MSG_LEVEL level, const std::wstring& text, bool 
     if (!bufferReady && !InitBuffer()) return false;
     if (addTime && !noHeader) {
         UpdateTime();
+        timeIsNow = true;
         LogErrorMessage(level, timePrefix + text, post, filter);
+        timeIsNow = false;
     } else {
         LogErrorMessage(level, text, post, filter);
     }
@@ -186,7 +191,8 @@ bool BaseORVMessage::SetLogging(bool on, const std::wstring& folder, const std::
 // ---- log file
 
 void BaseORVMessage::WriteLog(std::wstring_view text) {
-    UpdateTime();
+    if (!timeIsNow) UpdateTime();
+    timeIsNow = false;
     if (dateText != logDate && !InitFileLogging()) {
         logging = false;
         return;

@@ -104,6 +104,7 @@ private:
     std::int32_t sequence = 0;
     // The second of the last message as text: a burst of messages formats it once.
     std::int64_t timeOfTexts = -1;
+    bool timeIsNow = false;  // looked at for the message under way
     std::wstring timePrefix, dateText;
 };
 

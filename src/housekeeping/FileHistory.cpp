@@ -45,13 +45,13 @@ public:
         static_cast<void>(Files().List(path, entries));
         for (const FolderEntry& entry : entries) {
             const std::size_t size = entry.name.size();
-            if (entry.isFolder || size < kTimePartSize + extension.size() || !EndsWithNoCase(entry.name, extension)) {
-                continue;
-            }
-            if (entry.isLink) {
-                links.insert(ToLower(entry.name));
-            } else {
+            if (!EndsWithNoCase(entry.name, extension)) continue;
+            if (entry.isLink) links.insert(ToLower(entry.name));
+            const bool isCopy = !entry.isFolder && !entry.isLink && size >= kTimePartSize + extension.size();
+            if (isCopy) {
                 Add(entry.name.substr(0, size - extension.size()));
+            } else {
+                others.insert(ToLower(entry.name));
             }
         }
     }
@@ -65,11 +65,20 @@ public:
         return copies;
     }
     bool HasLink(std::wstring_view nameWithExtension) const { return links.contains(ToLower(nameWithExtension)); }
+    /// Anything of that name, in any case.
+    bool Has(const std::wstring& name, const std::wstring& extension) const {
+        const std::wstring lower = ToLower(name);
+        const auto found = names.find(lower.substr(0, lower.size() - kTimePartSize));
+        return others.contains(ToLower(name + extension)) ||
+               (found != names.end() && std::any_of(found->second.begin(), found->second.end(),
+                                                    [&](const std::wstring& n) { return ToLower(n) == lower; }));
+    }
     const auto& All() const { return names; }
+    bool isMade = false;  // the folder, or at least it was tried
 
 private:
-    std::map<std::wstring, Names> names;  // by title in lower case
-    std::set<std::wstring> links;         // in lower case
+    std::map<std::wstring, Names> names;   // by title in lower case
+    std::set<std::wstring> links, others;  // whole names in lower case; links are among the others
 };
 
 bool FileHistory::LoadSettings(DataSearch& search) {
@@ -113,12 +122,15 @@ void FileHistory::MakeBackup(const TypeFolders& types, CTime now, const std::ato
     for (const TypeFolder& type : types) {
         if (stop) return;
         Folder history(historyFolder, type.extension);
+        bool copied = false;
         for (const DataFile& file : ListFiles(type)) {
-            if (stop) return;
+            if (stop) break;
             Names copies = history.Find(file.title);
-            BackupFile(file, copies, history, now, stop);
+            copied = BackupFile(file, copies, history, now, stop) || copied;
             PurgeOld(file, copies, now);
         }
+        // One flush for all: a copy that a power cut leaves empty before differs from its file, and is made again.
+        if (copied) static_cast<void>(Files().SyncVolume(historyFolder));
     }
 }
 
@@ -186,13 +198,19 @@ FileHistory::CopyWanted FileHistory::WantsCopy(const DataFile& file, const Names
     return {name, HistoryStep::Reason::Changed};
 }
 
-void FileHistory::BackupFile(const DataFile& file, Names& copies, Folder& history, CTime now,
+bool FileHistory::BackupFile(const DataFile& file, Names& copies, Folder& history, CTime now,
                              const std::atomic<bool>& stop) {
     const std::wstring name = WantsCopy(file, copies, now).name, target = CopyPath(name, file.extension);
-    if (name.empty()) return;
-    static_cast<void>(Files().MakeFolder(historyFolder));
+    if (name.empty()) return false;
+    if (!history.isMade) static_cast<void>(Files().MakeFolder(historyFolder));
+    history.isMade = true;
     // Through a link the copy would replace whatever it leads to.
-    if (!history.HasLink(name + file.extension) && CopyWholeFile(file.path, target, &stop) == FsResult::Ok) {
+    FsResult result = FsResult::Denied;
+    if (!history.HasLink(name + file.extension)) {
+        result = history.Has(name, file.extension) ? CopyWholeFile(file.path, target, &stop)
+                                                   : CopyToNewName(file.path, target, &stop);
+    }
+    if (result == FsResult::Ok) {
         reports.Report(kLevelInformation, kCreated, target);
         if (copies.empty() || copies.back() != name) {
             copies.push_back(name);
@@ -201,6 +219,7 @@ void FileHistory::BackupFile(const DataFile& file, Names& copies, Folder& histor
     } else if (!stop) {
         reports.Report(kLevelFailure, kNotCreated, file.path);
     }
+    return result == FsResult::Ok;
 }
 
 /// Copies that go, oldest first. What was valid at the age limit is kept, so that every moment within the limit can be

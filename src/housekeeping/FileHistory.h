@@ -79,7 +79,8 @@ private:
     std::wstring CopyPath(const std::wstring& name, const std::wstring& extension) const;
     CopyWanted WantsCopy(const DataFile& file, const Names& copies, CTime now) const;
     Names Outdated(const DataFile& file, const Names& copies, CTime now) const;
-    void BackupFile(const DataFile& file, Names& copies, Folder& history, CTime now, const std::atomic<bool>& stop);
+    /// True if it made a copy.
+    bool BackupFile(const DataFile& file, Names& copies, Folder& history, CTime now, const std::atomic<bool>& stop);
     void PurgeOld(const DataFile& file, const Names& copies, CTime now);
 
     ReportTarget reports;

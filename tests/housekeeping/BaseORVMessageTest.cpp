@@ -6,6 +6,7 @@
 #include "platform/notify/Exceptions.h"
 #include "platform/os/FileTools.h"
 #include "platform/service/Translator.h"
+#include "platform/text/Utf.h"
 #include "support/TestInstallation.h"
 
 namespace orv {
@@ -214,31 +215,68 @@ TEST_F(BaseORVMessageTest, DeliversInBothModesAndLetsTheWindowAnswer) {
     EXPECT_EQ(Unused(3), L"postedsentanswer");
 }
 
-TEST_F(BaseORVMessageTest, WritersOnManyThreadsLoseNothing) {
-    sink.SetNoHeader(true);
-    ASSERT_TRUE(sink.SetLogging(true, folder.Path(), L""));
-    constexpr int writers = 4, each = 500;
-    std::atomic<int> delivered = 0;
-    SetMessageDelivery([&](AbstractORVMessage&, bool) { ++delivered; });
-    std::vector<std::thread> threads;
-    for (int i = 0; i < writers; ++i) {
-        threads.emplace_back([&] {
-            for (int n = 0; n < each; ++n) Add(L"message");
+/// Eight writers and two readers; the window keeps what arrived, in the ring's order. ORV_MESSAGES sets how many.
+class ManyThreads : public BaseORVMessageTest {
+protected:
+    ManyThreads() {
+        const char* const count = std::getenv("ORV_MESSAGES");
+        each = (count ? std::atoi(count) : 16000) / kWriters;
+        sink.SetNoHeader(true);
+        SetMessageDelivery([this](AbstractORVMessage&, bool) {
+            Message<wchar_t> newest;
+            EXPECT_TRUE(sink.GetLastMessage(newest));
+            EXPECT_EQ(newest.GetSequence(), ++arrived);
+            order += ToUtf8(newest.GetText()) + '\n';
+            if (arrived == kWriters * each / 3) clock.seconds += 86400;
         });
     }
-    threads.emplace_back([&] {
+    void WriteAll() {
+        std::vector<std::thread> threads;
+        std::atomic<bool> done = false;
+        for (int i = 0; i < kReaders; ++i) threads.emplace_back([&] { Read(done); });
+        for (int i = 0; i < kWriters; ++i) {
+            threads.emplace_back([&, i] {
+                for (int n = 0; n < each; ++n) Add(std::to_wstring(i) + L" writes " + std::to_wstring(n));
+            });
+        }
+        for (std::size_t i = kReaders; i < threads.size(); ++i) threads[i].join();
+        done = true;
+        for (int i = 0; i < kReaders; ++i) threads[static_cast<std::size_t>(i)].join();
+    }
+    void Read(const std::atomic<bool>& done) {
         Message<wchar_t> read;
-        for (long index = 0; delivered < writers * each;) {
-            EXPECT_TRUE(!sink.GetMessageAndIncrement(read, index) || read.GetText() == L"message");
-            sink.GetLastMessage(read);
+        for (long index = 0, found = 0; !done;) {
+            EXPECT_TRUE(!sink.GetMessageAndIncrement(read, index) || !read.GetText().empty());
+            if (sink.GetLastMessage(read)) sink.SearchMessage(read, found);
             sink.GetPort();
         }
-    });
-    for (std::thread& thread : threads) thread.join();
+    }
+    static constexpr int kWriters = 8;
+    static constexpr int kReaders = 2;
+    int each = 0, arrived = 0;
+    std::string order;
+};
+
+TEST_F(ManyThreads, EveryMessageIsInTheFilesInTheOrderOfTheRing) {
+    ASSERT_TRUE(sink.SetLogging(true, folder.Path(), L""));
+    WriteAll();
     ASSERT_TRUE(sink.SetLogging(false, L"", L""));
-    EXPECT_EQ(Log(L"surveyor_20210302.log").size(), sizeof("message") * writers * each);
-    ASSERT_TRUE(sink.GetLastMessage(message));
-    EXPECT_EQ(message.GetSequence(), writers * each);
+    EXPECT_EQ(arrived, kWriters * each);
+    EXPECT_TRUE(Log(L"surveyor_20210302.log") + Log(L"surveyor_20210303.log") == order);
+    EXPECT_GT(Log(L"surveyor_20210303.log").size(), order.size() / 2) << "the day didn't change in between";
+}
+
+TEST_F(ManyThreads, ADiskThatFillsUpEndsTheLogAndNothingElse) {
+    FailingFileSystem full(20);
+    SetFileSystem(&full);
+    ASSERT_TRUE(sink.SetLogging(true, folder.Path(), L""));
+    WriteAll();
+    SetFileSystem(nullptr);
+    EXPECT_TRUE(full.HasFailed() && !sink.GetLogging());
+    EXPECT_EQ(arrived, kWriters * each + 1) << "and one report";
+    const std::string kept = Log(L"surveyor_20210302.log") + Log(L"surveyor_20210303.log");
+    EXPECT_GT(kept.size(), 16384u);
+    EXPECT_TRUE(order.starts_with(kept));
 }
 
 }  // namespace

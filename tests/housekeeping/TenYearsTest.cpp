@@ -74,7 +74,8 @@ void Keep(std::vector<Copy>& copies, const std::string& title, const Copy& file,
         std::erase_if(copies, [&](const Copy& copy) { return copy.name == name; });
         copies.push_back({name, file.size, file.modified});
     }
-    while (copies.size() > 1 && copies[1].name <= Name(title, now - days * kDay)) copies.erase(copies.begin());
+    const std::string limit = Name(title, now - days * kDay);
+    while (copies.size() > 1 && std::max(copies[0].name, copies[1].name) <= limit) copies.erase(copies.begin());
 }
 
 /// The name of the copy that was valid at a time, or of the oldest.

@@ -110,6 +110,9 @@ FsResult FailingFileSystem::Rename(std::wstring_view from, std::wstring_view to)
     return counter->Forward([&] { return counter->base.Rename(from, to); });
 }
 
+FsResult FailingFileSystem::RenameAsWritten(std::wstring_view from, std::wstring_view to) {
+    return counter->Forward([&] { return counter->base.RenameAsWritten(from, to); });
+}
 FsResult FailingFileSystem::Replace(std::wstring_view from, std::wstring_view to) {
     return counter->Forward([&] { return counter->base.Replace(from, to); });
 }
@@ -130,6 +133,9 @@ FsResult FailingFileSystem::SetModified(std::wstring_view path, std::int64_t sec
     return counter->Forward([&] { return counter->base.SetModified(path, seconds, nanoseconds); });
 }
 
+FsResult FailingFileSystem::SyncVolume(std::wstring_view folder) {
+    return counter->Forward([&] { return counter->base.SyncVolume(folder); });
+}
 FsResult FailingFileSystem::SyncFolder(std::wstring_view folder) {
     return counter->Forward([&] { return counter->base.SyncFolder(folder); });
 }

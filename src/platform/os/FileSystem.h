@@ -102,6 +102,9 @@ public:
     [[nodiscard]] virtual FsResult RemoveFolder(std::wstring_view path) = 0;
     /// Never replaces: Exists if the target is there. Works across volumes.
     [[nodiscard]] virtual FsResult Rename(std::wstring_view from, std::wstring_view to) = 0;
+    /// The same where the caller has listed the folder and knows that it holds no such name in any case: the folder
+    /// isn't searched for one.
+    [[nodiscard]] virtual FsResult RenameAsWritten(std::wstring_view from, std::wstring_view to) = 0;
     /// Puts `from` in the place of `to` in one step; both in one folder.
     [[nodiscard]] virtual FsResult Replace(std::wstring_view from, std::wstring_view to) = 0;
     /// Mode, owner and group of `from` onto `to`. Owner and group as far as the system lets us.
@@ -113,6 +116,8 @@ public:
                                                std::int64_t nanoseconds) = 0;
     /// Flushes the folder itself, so that a rename in it survives a power cut.
     [[nodiscard]] virtual FsResult SyncFolder(std::wstring_view folder) = 0;
+    /// Flushes all that was written to the volume of the folder, by anybody: one wait for many files.
+    [[nodiscard]] virtual FsResult SyncVolume(std::wstring_view folder) = 0;
     /// Bytes that a user may still write on the volume of `path`; none if it can't be told.
     virtual std::optional<std::uint64_t> FreeSpace(std::wstring_view path) = 0;
     /// The name as it is on disk, links followed; the native form of `path` itself if there is no such file.
@@ -143,12 +148,14 @@ public:
     FsResult Remove(std::wstring_view path) override;
     FsResult RemoveFolder(std::wstring_view path) override;
     FsResult Rename(std::wstring_view from, std::wstring_view to) override;
+    FsResult RenameAsWritten(std::wstring_view from, std::wstring_view to) override;
     FsResult Replace(std::wstring_view from, std::wstring_view to) override;
     FsResult CopyAttributes(std::wstring_view from, std::wstring_view to) override;
     FsResult CopyOwner(std::wstring_view from, std::wstring_view to) override;
     FsResult SetReadOnly(std::wstring_view path, bool readOnly) override;
     FsResult SetModified(std::wstring_view path, std::int64_t seconds, std::int64_t nanoseconds) override;
     FsResult SyncFolder(std::wstring_view folder) override;
+    FsResult SyncVolume(std::wstring_view folder) override;
     std::optional<std::uint64_t> FreeSpace(std::wstring_view path) override;
     std::wstring RealPath(std::wstring_view path) override;
 

@@ -157,6 +157,12 @@ FsResult CopyWholeFile(std::wstring_view from, std::wstring_view to, const std::
     return result != FsResult::Ok ? result : copy.Place();
 }
 
+FsResult CopyToNewName(std::wstring_view from, std::wstring_view to, const std::atomic<bool>* cancel) {
+    TemporaryFile copy(Files(), to);
+    const FsResult result = copy.CopyFrom(from, cancel, TemporaryFile::Flush::Later);
+    return result != FsResult::Ok ? result : copy.PlaceAsWritten();
+}
+
 bool FileExists(std::wstring_view path) {
     FileStatus status;
     return Files().Status(path, status) == FsResult::Ok && status.exists && !status.isFolder;

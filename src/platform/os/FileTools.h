@@ -35,6 +35,11 @@ enum class SaveAccess {
 [[nodiscard]] ORV_EXPORT FsResult CopyWholeFile(std::wstring_view from, std::wstring_view to,
                                                 const std::atomic<bool>* cancel = nullptr);
 
+/// One of many copies into a folder that has been listed: `to` is a name that it doesn't hold in any case (Exists if it
+/// does by now). As above, but flushes nothing: until `Files().SyncVolume`, a power cut may leave the copy empty.
+[[nodiscard]] ORV_EXPORT FsResult CopyToNewName(std::wstring_view from, std::wstring_view to,
+                                                const std::atomic<bool>* cancel = nullptr);
+
 ORV_EXPORT bool FileExists(std::wstring_view path);  ///< a file, not a folder
 ORV_EXPORT bool FolderExists(std::wstring_view path);
 /// Makes a folder and the parents it lacks.

@@ -50,6 +50,7 @@ std::string NameOnDisk(std::wstring_view path, LastName last) {
     if (path.find(L'\0') != std::wstring_view::npos) return {};
     std::string name = PathToBytes(path);
     if (MayExist(name)) return name;
+    if (last == LastName::AsWritten && MayExist(FolderOnDisk(name))) return name;
     std::string found;
     std::size_t at = 0;
     while (at < name.size()) {

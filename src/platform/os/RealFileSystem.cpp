@@ -140,9 +140,12 @@ public:
     }
 
     FsResult Status(std::wstring_view path, FileStatus& status) override {
-        const std::string name = NameOnDisk(path);
+        constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME;
         struct statx found;
-        if (statx(AT_FDCWD, name.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &found) != 0) {
+        const bool plain = path.find(L'\0') == std::wstring_view::npos;
+        // Most names are as they are written: they need no second look.
+        if ((!plain || statx(AT_FDCWD, PathToBytes(path).c_str(), 0, wanted, &found) != 0) &&
+            statx(AT_FDCWD, NameOnDisk(path).c_str(), 0, wanted, &found) != 0) {
             const FsResult result = FromErrno(errno);
             if (result != FsResult::NotFound && errno != ENAMETOOLONG) return result;
             status = {};
@@ -218,6 +221,14 @@ public:
         return kept;
     }
 
+    FsResult RenameAsWritten(std::wstring_view from, std::wstring_view to) override {
+        if (from.find(L'\0') == std::wstring_view::npos && to.find(L'\0') == std::wstring_view::npos) {
+            const FsResult result = RenameToFree(PathToBytes(from), PathToBytes(to));
+            if (result != FsResult::NotFound) return result;  // else a folder is written in another case
+        }
+        return RenameToFree(NameOnDisk(from), NameOnDisk(to, LastName::AsWritten));
+    }
+
     FsResult Replace(std::wstring_view from, std::wstring_view to) override {
         const std::string source = NameOnDisk(from), target = NameOnDisk(to);
         struct stat status;
@@ -274,6 +285,14 @@ public:
         // One that takes new names but may not be looked into can't be flushed, and the rename in it stands.
         if (descriptor < 0) return errno == EACCES ? FsResult::Ok : FromErrno(errno);
         return PosixFile(descriptor).Sync();
+    }
+
+    FsResult SyncVolume(std::wstring_view folder) override {
+        const std::string name = folder.empty() ? "." : NameOnDisk(folder);
+        const int descriptor = Retry([&] { return open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+        if (descriptor < 0) return FromErrno(errno);
+        const PosixFile closer(descriptor);
+        return ResultOf(syncfs(descriptor));
     }
 
     std::optional<std::uint64_t> FreeSpace(std::wstring_view path) override {

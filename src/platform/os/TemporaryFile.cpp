@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "platform/text/NumberText.h"
 #include "platform/text/PathText.h"
 
@@ -40,26 +42,27 @@ FsResult TemporaryFile::Finish() {
     return result != FsResult::Ok ? result : file->Close();
 }
 
-FsResult TemporaryFile::CopyBlocks(File& from, const std::atomic<bool>* cancel) {
-    const auto block = std::make_unique<char[]>(kBlock);
+FsResult TemporaryFile::CopyBlocks(File& from, std::uint64_t size, const std::atomic<bool>* cancel) {
+    const auto room = static_cast<std::size_t>(std::clamp<std::uint64_t>(size, 4096, kBlock));
+    const auto block = std::make_unique_for_overwrite<char[]>(room);
     for (;;) {
         if (cancel && *cancel) return FsResult::Cancelled;
         std::size_t got = 0;
-        FsResult result = from.Read(block.get(), kBlock, got);
+        FsResult result = from.Read(block.get(), room, got);
         if (result != FsResult::Ok || got == 0) return result;
         result = Write({block.get(), got});
         if (result != FsResult::Ok) return result;
     }
 }
 
-FsResult TemporaryFile::CopyFrom(std::wstring_view source, const std::atomic<bool>* cancel) {
+FsResult TemporaryFile::CopyFrom(std::wstring_view source, const std::atomic<bool>* cancel, Flush flush) {
     std::unique_ptr<File> from;
     FileStatus status;
     FsResult result = files.Open(source, {}, from);
     if (result == FsResult::Ok) result = files.Status(source, status);
     if (result == FsResult::Ok) result = Create();
-    if (result == FsResult::Ok) result = CopyBlocks(*from, cancel);
-    if (result == FsResult::Ok) result = Finish();
+    if (result == FsResult::Ok) result = CopyBlocks(*from, status.size, cancel);
+    if (result == FsResult::Ok) result = flush == Flush::Now ? Finish() : file->Close();
     if (result == FsResult::Ok) result = files.SetModified(path, status.modified, status.modifiedNanoseconds);
     if (result == FsResult::Ok) result = TakeAttributes(source);
     return result;
@@ -70,6 +73,12 @@ FsResult TemporaryFile::Place() {
     if (result != FsResult::Ok) return result;
     path.clear();
     return files.SyncFolder(GetFolderFromPath(target));
+}
+
+FsResult TemporaryFile::PlaceAsWritten() {
+    const FsResult result = files.RenameAsWritten(path, target);
+    if (result == FsResult::Ok) path.clear();
+    return result;
 }
 
 FsResult TemporaryFile::PlaceNew() {

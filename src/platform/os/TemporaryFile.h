@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,8 +24,11 @@ public:
     [[nodiscard]] FsResult Write(std::string_view bytes) { return file->Write(bytes.data(), bytes.size()); }
     /// To the disk, and closes.
     [[nodiscard]] FsResult Finish();
-    /// Create, Write and Finish with the content of another file, with its mode, owner and modification time.
-    [[nodiscard]] FsResult CopyFrom(std::wstring_view source, const std::atomic<bool>* cancel);
+    enum class Flush { Now, Later };
+    /// Create, Write and Finish with the content of another file, with its mode, owner and modification time. `Later`:
+    /// the caller has it flushed with others.
+    [[nodiscard]] FsResult CopyFrom(std::wstring_view source, const std::atomic<bool>* cancel,
+                                    Flush flush = Flush::Now);
     /// Mode and owner of `other`.
     [[nodiscard]] FsResult TakeAttributes(std::wstring_view other) { return files.CopyAttributes(other, path); }
 
@@ -35,10 +39,12 @@ public:
     [[nodiscard]] FsResult Place();
     /// The same, but Exists if there is a target.
     [[nodiscard]] FsResult PlaceNew();
+    /// The same under a name that the folder is known not to hold in any case; flushes nothing.
+    [[nodiscard]] FsResult PlaceAsWritten();
     void Discard();
 
 private:
-    [[nodiscard]] FsResult CopyBlocks(File& from, const std::atomic<bool>* cancel);
+    [[nodiscard]] FsResult CopyBlocks(File& from, std::uint64_t size, const std::atomic<bool>* cancel);
     FileSystem& files;
     std::wstring target;
     std::wstring path;  ///< empty while there is no file to clean up

@@ -9,7 +9,7 @@ bool TimedMutex::Lock(std::chrono::milliseconds limit) {
         return true;
     }
     std::unique_lock lock(mutex);
-    if (!freed.wait_for(lock, limit, [&] { return !held; })) return false;
+    if (held && !freed.wait_for(lock, limit, [&] { return !held; })) return false;  // a free one asks no clock
     held = true;
     depth = 1;
     owner.store(self, std::memory_order_relaxed);
