@@ -13,13 +13,13 @@ namespace {
 
 using orv::VesselConfig;
 
-/// `sections` devices of 60 items, of which one in `share` is a reference: to data, to an offset, or an output.
-VesselConfig MakeVessel(unsigned sections, int share) {
+/// `sections` devices of `items` each, of which one in `share` is a reference: to data, to an offset, or an output.
+VesselConfig MakeVessel(unsigned sections, int items, int share) {
     std::string text;
     for (unsigned s = 1; s <= sections; ++s) {
         text += "[DEVICE(" + std::to_string(s) + ")]\nGroupId=" + std::to_string((s * 7919) % 97) +
                 "\nSubSystemId=" + std::to_string(s % 3) + "\n";
-        for (int k = 2; k < 60; ++k) {
+        for (int k = 2; k < items; ++k) {
             const std::string n = "(" + std::to_string(k) + ")";
             const int kind = k % share == 0 ? k / share % 3 : 3 + k % 2;
             if (kind == 0) text += "@tr.dev.HeaveItem" + n + "=0,0,1,15,1,131\n";
@@ -61,7 +61,7 @@ double Median(std::vector<double> values) {
 }
 
 void NewId(int share) {
-    VesselConfig vessel = MakeVessel(400, share);
+    VesselConfig vessel = MakeVessel(400, 60, share);
     std::vector<double> walks, sets;
     std::size_t size = 0;
     for (unsigned round = 0; round < 21; ++round) {
@@ -78,8 +78,8 @@ void NewId(int share) {
 template <class Work>
 void Growth(const char* what, Work work) {
     std::vector<double> medians;
-    for (const unsigned count : {250u, 1000u}) {
-        const VesselConfig made = MakeVessel(count, 6);
+    for (const unsigned count : {1000u, 4000u}) {
+        const VesselConfig made = MakeVessel(count, 15, 6);
         std::vector<double> times;
         for (int round = 0; round < 9; ++round) {
             VesselConfig vessel = made;
@@ -89,7 +89,7 @@ void Growth(const char* what, Work work) {
         medians.push_back(Median(times));
         std::printf("%s, %u devices: %.2f ms\n", what, count, medians.back());
     }
-    const double expected = 4.0 * std::log(1000.0) / std::log(250.0);
+    const double expected = 4.0 * std::log(4000.0) / std::log(1000.0);
     std::printf("%s: growth %.2f of n log n\n", what, medians[1] / medians[0] / expected);
 }
 

@@ -171,33 +171,31 @@ bool VesselConfig::SetVesselID(unsigned id) {
     std::string out;
     TypeFinder typeOf;
     // Places of items stay good while values change and items are added.
-    const ConfigText& content = Content();
-    std::wstring wideName, wideKey, wideValue;  // kept, for making them is most of the work
-    const auto write = [&](std::string_view section, std::uint32_t item) {
-        FromUtf8(section, wideName);
-        FromUtf8(content.Key(item), wideKey);
-        FromUtf8(out, wideValue);
-        SetItem(wideName, wideKey, std::wstring_view(wideValue), true);
-    };
-    for (std::uint32_t section = content.FirstSection(); section != ConfigText::kNone;
-         section = content.NextSection(section)) {
-        const std::string name(content.SectionName(section));
+    const ConfigText& items = Content();
+    // Looking up again what has just been found would take longer than all the rest. The content is this object's own.
+    const auto write = [&](std::uint32_t item) { const_cast<ConfigText&>(items).SetValue(item, out); };
+    for (std::uint32_t section = items.FirstSection(); section != ConfigText::kNone;
+         section = items.NextSection(section)) {
+        const std::string name(items.SectionName(section));
         const bool listed = name == "Aliases" || name == "LOGGING" || name == "GUIDANCE" || name == kLoadAndDraught;
-        for (std::uint32_t item = content.FirstItem(section); item != ConfigText::kNone;
-             item = content.NextItem(item)) {
-            const std::string_view key = content.Key(item);
+        for (std::uint32_t item = items.FirstItem(section); item != ConfigText::kNone; item = items.NextItem(item)) {
+            const std::string_view key = items.Key(item);
             if (IsAttribute(key)) {
-                if (SetByType(typeOf(key), content.Value(item), idText, out)) write(name, item);
+                if (SetByType(typeOf(key), items.Value(item), idText, out)) write(item);
             } else if (listed) {
                 for (const IdField& row : kIdFields) {
                     if (name != row.section || key.substr(0, key.find('(')) != row.key) continue;
-                    if (!SetField(content.Value(item), ',', row.field, idText, out)) continue;
-                    write(row.writtenTo, item);
+                    if (!SetField(items.Value(item), ',', row.field, idText, out)) continue;
+                    if (row.section == row.writtenTo) {
+                        write(item);
+                    } else {
+                        SetItem(FromUtf8(row.writtenTo), FromUtf8(key), FromUtf8(out), true);
+                    }
                     break;
                 }
                 if (name == kLoadAndDraught && key.find('.') == key.npos && typeOf(key) == kAttribCompOffset &&
-                    SetInCompOffset(content.Value(item), idText, out)) {
-                    write(name, item);
+                    SetInCompOffset(items.Value(item), idText, out)) {
+                    write(item);
                 }
             }
         }
@@ -205,11 +203,10 @@ bool VesselConfig::SetVesselID(unsigned id) {
     const unsigned devices = GetNumDevices();
     for (unsigned no = 1; no <= devices; ++no) {
         const std::string name = ToUtf8(NumberedSection(kDeviceWord, no));
-        const std::uint32_t section = content.FindSection(name);
+        const std::uint32_t section = items.FindSection(name);
         if (section == ConfigText::kNone) break;
-        for (std::uint32_t item = content.FirstItem(section); item != ConfigText::kNone;
-             item = content.NextItem(item)) {
-            if (SetInDeviceItem(content.Key(item), content.Value(item), idText, out)) write(name, item);
+        for (std::uint32_t item = items.FirstItem(section); item != ConfigText::kNone; item = items.NextItem(item)) {
+            if (SetInDeviceItem(items.Key(item), items.Value(item), idText, out)) write(item);
         }
     }
     return true;

@@ -1,4 +1,5 @@
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <random>
@@ -25,6 +26,16 @@ Values ItemsOf(const FileObject& file, const std::wstring& section) {
         items[key] = value;
     }
     return items;
+}
+
+std::map<std::wstring, Values> ContentOf(const FileObject& file) {
+    std::map<std::wstring, Values> content;
+    FobjSection cursor;
+    std::wstring name;
+    for (bool more = file.GetFirstSectionEntry(cursor, name); more; more = file.GetNextSectionEntry(cursor, name)) {
+        content[name] = ItemsOf(file, name);
+    }
+    return content;
 }
 
 std::wstring Value(const FileObject& file, const std::wstring& section, std::wstring_view key,
@@ -177,7 +188,10 @@ void ExpectMarkersOnce(const VesselConfig& vessel, wchar_t side, unsigned seed) 
 }
 
 TEST_F(VesselExchange, WhatHoldsForEveryPair) {
-    for (unsigned seed = 0; seed < 10'000; ++seed) {
+    // Each pair saves files four times; ORV_VESSEL_PAIRS=10000 takes minutes.
+    const char* const wanted = std::getenv("ORV_VESSEL_PAIRS");
+    const unsigned pairs = wanted ? static_cast<unsigned>(std::atoi(wanted)) : 200;
+    for (unsigned seed = 0; seed < pairs; ++seed) {
         Generator generate(seed);
         VesselConfig own = generate(L'a'), common = generate(L'b'), other = generate(L'c');
         ASSERT_TRUE(common.FileSave(path, kSave));
@@ -197,9 +211,9 @@ TEST_F(VesselExchange, WhatHoldsForEveryPair) {
         }
         // The first push may drop a device behind a surplus one; the second brings it back, and then nothing moves.
         ASSERT_TRUE(own.SaveCommonConfig(path)) << seed;
-        const std::string second = test::ReadBytes(path);
+        const auto second = ContentOf(Common());
         ASSERT_TRUE(own.SaveCommonConfig(path)) << seed;
-        EXPECT_EQ(test::ReadBytes(path), second) << seed;
+        EXPECT_EQ(ContentOf(Common()), second) << seed;
 
         ASSERT_TRUE(other.OverLoadCommonConfig(path)) << seed;
         common = Common();
