@@ -654,16 +654,17 @@ bool ConfigText::IsItem(const Slot& slot, std::uint32_t section, std::string_vie
     return lines[slot.place].section == section && SameText(Key(slot.place), key);
 }
 
-ConfigText::Found ConfigText::Find(const SmallUtf8& section, const SmallUtf8& key) const {
-    const std::uint64_t sectionHash = SectionHash(section.View(), section.Padded());
+ConfigText::Found ConfigText::Find(std::string_view section, bool sectionPadded, std::string_view key,
+                                   bool keyPadded) const {
+    const std::uint64_t sectionHash = SectionHash(section, sectionPadded);
     const char* const text = source->data();
     Found found;
-    found.section = sectionTable.Find(
-        Fold(sectionHash), [&](const Slot& slot) { return SameText(sections[slot.place].name, section.View()); });
+    found.section = sectionTable.Find(Fold(sectionHash),
+                                      [&](const Slot& slot) { return SameText(sections[slot.place].name, section); });
     if (found.section == kNone) return found;
-    found.item = itemTable.Find(ItemHash(sectionHash, key.View(), key.Padded()), [&](const Slot& slot) {
+    found.item = itemTable.Find(ItemHash(sectionHash, key, keyPadded), [&](const Slot& slot) {
         __builtin_prefetch(text + slot.begin);
-        return IsItem(slot, found.section, key.View());
+        return IsItem(slot, found.section, key);
     });
     return found;
 }

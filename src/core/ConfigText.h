@@ -63,11 +63,14 @@ public:
     // Items, by place.
 
     std::uint32_t FindItem(std::uint32_t section, std::string_view key) const;
-    /// Both at once, by names that were just made.
+    /// Both at once.
     struct Found {
         std::uint32_t section = kNone, item = kNone;
     };
-    Found Find(const SmallUtf8& section, const SmallUtf8& key) const;
+    Found Find(std::string_view section, std::string_view key) const { return Find(section, false, key, false); }
+    Found Find(const SmallUtf8& section, const SmallUtf8& key) const {
+        return Find(section.View(), section.Padded(), key.View(), key.Padded());
+    }
     std::uint32_t FirstItem(std::uint32_t section) const { return sections[section].firstItem; }
     std::uint32_t NextItem(std::uint32_t item) const { return lines[item].nextItem; }
     std::uint32_t ItemAfter(std::uint32_t section, std::uint64_t stamp, std::uint32_t place) const;
@@ -148,6 +151,7 @@ private:
         std::size_t used = 0;
     };
 
+    Found Find(std::string_view section, bool sectionPadded, std::string_view key, bool keyPadded) const;
     bool IsItem(const Slot& slot, std::uint32_t section, std::string_view key) const;
     const char* Begin(const Line& line) const { return line.own ? line.own->data() : source->data() + line.begin; }
     std::string_view Text(const Line& line) const;

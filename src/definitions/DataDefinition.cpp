@@ -177,14 +177,15 @@ bool DataDefinition::InitialiseFrom(std::wstring_view name) {
 // ---- finding
 
 bool DataDefinition::Find(std::string_view section, std::string_view key, std::string_view& value) const {
-    const std::uint32_t item = Content().FindItem(section, key);
-    if (item == ConfigText::kNone) {
-        const bool hasSection = Content().FindSection(section) != ConfigText::kNone;
-        SetErrorStatus(hasSection ? kFileNoKey : FileInitialised() ? kFileNoSection : kFileNoFile);
+    const ConfigText::Found found = Content().Find(section, key);
+    if (found.item == ConfigText::kNone) {
+        SetErrorStatus(found.section != ConfigText::kNone ? kFileNoKey
+                       : FileInitialised()                ? kFileNoSection
+                                                          : kFileNoFile);
         return false;
     }
     SetErrorStatus(kFileOk);
-    value = Content().Value(item);
+    value = Content().Value(found.item);
     return true;
 }
 
