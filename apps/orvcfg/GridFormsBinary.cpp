@@ -347,9 +347,8 @@ FormFacts ReadGravsoftFacts(Content bytes, std::string& why) {
 
 FormFacts ReadGgfFacts(Content bytes, std::string&) {
     if (bytes.size() < kGgfHeaderBytes) return std::nullopt;
-    GgfTile whole;
-    whole.header.Read(bytes.first(kGgfHeaderBytes));
-    const GgfHeader& h = whole.header;
+    GgfHeader h;
+    h.Read(bytes.first(kGgfHeaderBytes));
     GridPart part;
     part.degrees = !(h.flags & kGgfProjected);
     part.south = h.minimumLatitude;
@@ -371,15 +370,11 @@ FormFacts ReadGgfFacts(Content bytes, std::string&) {
     }
     const auto nodes = static_cast<std::uint64_t>(part.Nodes());
     const Content body = bytes.subspan(kGgfHeaderBytes);
-    whole.nodes.assign(body.begin(),
-                       body.begin() + static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(body.size(), nodes * size)));
     part.values.push_back(Heights());
-    for (std::int64_t row = 0; row < part.rows && !whole.nodes.empty(); ++row) {
-        for (std::int64_t column = 0; column < part.columns; ++column) {
-            double value = kNothing;
-            if (!whole.GetTileValue(column, row, value)) value = kNothing;
-            part.values.front().Take(value);
-        }
+    for (std::uint64_t n = 0; n < nodes && body.size() >= size; ++n) {
+        const bool there = n < body.size() / size;
+        part.values.front().Take(there ? h.NodeValue(body.subspan(static_cast<std::size_t>(n) * size, size))
+                                       : kNothing);
     }
     static constexpr std::array<const char*, 6> types = {"8-bit whole numbers",  "16-bit whole numbers",
                                                          "32-bit whole numbers", "32-bit reals",

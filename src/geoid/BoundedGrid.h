@@ -18,6 +18,7 @@ struct BoundedGrid {
     std::int16_t nx = 0, ny = 0;
     double xlo = 0.0, xhi = 0.0, ylo = 0.0, yhi = 0.0;
     double zlo = 0.0, zhi = 0.0;  ///< a node outside these is no data
+    double dx = 0.0, dy = 0.0;    ///< widths of a cell, see SetSteps
     std::vector<float> values;
     bool opened = false;
 
@@ -27,17 +28,26 @@ struct BoundedGrid {
         return headerStatus != kGeoidOk ? GeoidReason::BadHeader : GeoidReason::NoData;
     }
 
+    /// To be called once counts and bounds are known.
+    void SetSteps() {
+        dx = (xhi - xlo) / (nx - 1);
+        dy = (yhi - ylo) / (ny - 1);
+    }
     /// The cell of a position more than one cell within the edges, and the index of its south-west node. The sum inside
     /// the index is cut after it is formed, so a fraction just below 1 that a large sum rounds up takes the next node.
     [[nodiscard]] bool Pick(double x, double y, GridCell& cell, std::int64_t& k) const {
-        const double dx = (xhi - xlo) / (nx - 1), dy = (yhi - ylo) / (ny - 1);
         if (!(xlo + dx < x && x < xhi - dx && ylo + dy < y && y < yhi - dy)) return false;
         const double fx = (x - xlo) / dx, fy = (y - ylo) / dy;
-        cell.u = fx - std::floor(fx);
-        cell.v = fy - std::floor(fy);
-        return TruncToInt(nx * std::floor(fy) + fx, k);
+        if (!FloorIndex(fx, cell.i) || !FloorIndex(fy, cell.j)) return false;
+        cell.u = fx - cell.i;
+        cell.v = fy - cell.j;
+        return TruncToInt(static_cast<double>(std::int64_t{nx} * cell.j) + fx, k);
     }
-    int TestNode(double node) const { return node <= zhi + 0.0001 && node >= zlo - 0.0001 ? kGeoidOk : kGeoidNoData; }
+    auto NodeTest() const {
+        return [most = zhi + 0.0001, least = zlo - 0.0001](double node) {
+            return node <= most && node >= least ? kGeoidOk : kGeoidNoData;
+        };
+    }
 };
 
 }  // namespace orv

@@ -1,7 +1,5 @@
 #include "geoid/GeoidModel.h"
 
-#include <cmath>
-
 #include "core/ConfigKeys.h"
 #include "platform/coord/OrvGeoCoordSysBase.h"
 #include "platform/notify/Notices.h"
@@ -117,20 +115,6 @@ bool GeoidModel::Answer(GeoidReason reason) const {
         lastFailure = {};
     }
     return reason == GeoidReason::None;
-}
-
-bool GeoidModel::Deliver(int code, double metres, double& value) const {
-    if (code != kGeoidOk) return Answer(code);
-    if (!std::isfinite(metres)) return Answer(GeoidReason::NoData);
-    value = metres / unitFactor;
-    return true;
-}
-
-bool GeoidModel::DeliverShift(double first, double second, double& dFirst, double& dSecond) const {
-    if (!std::isfinite(first) || !std::isfinite(second)) return Answer(GeoidReason::NoData);
-    dFirst = first;
-    dSecond = second;
-    return true;
 }
 
 void GeoidModel::DumpOneFile(std::wostream& stream, const wchar_t* indent, int keyIndex, const std::wstring* path) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -75,9 +76,19 @@ protected:
     bool Answer(int code) const;
     bool Answer(GeoidReason reason) const;
     /// Ends a `Calculate`: `metres` in project units where the code is kGeoidOk and there is a number to give.
-    bool Deliver(int code, double metres, double& value) const;
+    bool Deliver(int code, double metres, double& value) const {
+        if (code != kGeoidOk) return Answer(code);
+        if (!std::isfinite(metres)) return Answer(GeoidReason::NoData);
+        value = unitFactor == 1.0 ? metres : metres / unitFactor;
+        return true;
+    }
     /// The same for the two figures of a shift, as they leave the model.
-    bool DeliverShift(double first, double second, double& dFirst, double& dSecond) const;
+    bool DeliverShift(double first, double second, double& dFirst, double& dSecond) const {
+        if (!std::isfinite(first) || !std::isfinite(second)) return Answer(GeoidReason::NoData);
+        dFirst = first;
+        dSecond = second;
+        return true;
+    }
     /// Writes the whole dump of a model with one file, or with none when `path` is null.
     static void DumpOneFile(std::wostream& stream, const wchar_t* indent, int keyIndex, const std::wstring* path);
     /// The two ends of a dump; what stands between them is the model's own.

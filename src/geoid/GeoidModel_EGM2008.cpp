@@ -32,27 +32,44 @@ constexpr std::uint64_t kRowBytes = kMarker + kFileColumns * sizeof(float) + kMa
 constexpr std::int16_t kTileNodes = 100;
 constexpr double kStep = 1.0 / 60.0;
 
+constexpr float kMostWhole = 2147483648.0f;  // what can't be cut to a whole number is refused, too
+
 // Values from 9999.0 to just below 10000.0 mark no data.
 int TestNode(float node) {
-    int whole = 0;
-    if (!TruncToInt(node, whole)) return kGeoidOutside;
-    return whole == 9999 ? kGeoidNoData : kGeoidOk;
+    if (!(node >= -kMostWhole && node < kMostWhole)) return kGeoidOutside;
+    return node >= 9999.0f && node < 10000.0f ? kGeoidNoData : kGeoidOk;
 }
 
 using Tile = GeoidModel_EGM2008::FileInfo;
 
-// `margin` in cells. The box of a tile has a step more than its nodes reach in the south and in the east.
-bool BoxHolds(const Tile& tile, double longitude, double latitude, double margin) {
-    const double aside = margin * tile.longitudeStep, down = margin * tile.latitudeStep;
-    return longitude >= tile.minimumLongitude + aside && longitude <= tile.maximumLongitude - aside &&
-           latitude >= tile.minimumLatitude + down && latitude <= tile.maximumLatitude - down;
+// The box of a tile has a step more than its nodes reach in the south and in the east.
+bool BoxHolds(const Tile& tile, double longitude, double latitude) {
+    return longitude >= tile.minimumLongitude && longitude <= tile.maximumLongitude &&
+           latitude >= tile.minimumLatitude && latitude <= tile.maximumLatitude;
+}
+bool BoxHoldsInner(const Tile& tile, double longitude, double latitude) {
+    return longitude >= tile.minimumLongitude + tile.longitudeStep &&
+           longitude <= tile.maximumLongitude - tile.longitudeStep &&
+           latitude >= tile.minimumLatitude + tile.latitudeStep && latitude <= tile.maximumLatitude - tile.latitudeStep;
 }
 
-bool PickCell(const Tile& tile, double longitude, double latitude, GridCell& cell) {
-    if (!FloorIndex((longitude - tile.minimumLongitude) / tile.longitudeStep, cell.i)) return false;
-    if (!FloorIndex((tile.maximumLatitude - latitude) / tile.latitudeStep, cell.j)) return false;
-    cell.u = (longitude - cell.i * tile.longitudeStep - tile.minimumLongitude) / tile.longitudeStep;
-    cell.v = (tile.maximumLatitude - latitude - cell.j * tile.latitudeStep) / tile.latitudeStep;
+template <std::size_t Side>
+int TakeTileNodes(const Tile& tile, std::int64_t first, std::array<float, Side * Side>& q) {
+    const NodeBlock<Side> block{first, tile.columns};
+    // The first node of a tile is refused although it is there.
+    if (tile.complete)
+        return TakeNodes(
+            tile.values, 1, block, [](float) { return kGeoidOk; }, q);
+    return TakeNodes(tile.values, 1, block, TestNode, q);
+}
+
+// The place in the cell stays in degrees: the two interpolations bring it to cells in their own precision.
+[[gnu::always_inline]] inline bool PickCell(const Tile& tile, double longitude, double latitude, GridCell& cell) {
+    const double across = longitude - tile.minimumLongitude, down = tile.maximumLatitude - latitude;
+    if (!FloorQuotient(across, tile.longitudeStep, tile.stepsPerDegree, cell.i)) return false;
+    if (!FloorQuotient(down, tile.latitudeStep, tile.stepsPerDegree, cell.j)) return false;
+    cell.u = longitude - cell.i * tile.longitudeStep - tile.minimumLongitude;
+    cell.v = tile.maximumLatitude - latitude - cell.j * tile.latitudeStep;
     return true;
 }
 
@@ -60,6 +77,7 @@ void PlaceBox(Tile& tile, double longitude, double latitude) {
     const double extent = kTileNodes * kStep;
     tile.columns = tile.rows = kTileNodes;
     tile.longitudeStep = tile.latitudeStep = kStep;
+    tile.stepsPerDegree = 1.0 / kStep;
     tile.minimumLongitude = std::floor(longitude / kStep) * kStep - 50.0 / 60.0;
     tile.minimumLatitude = std::floor(latitude / kStep) * kStep - 50.0 / 60.0;
     tile.maximumLongitude = tile.minimumLongitude + extent;
@@ -100,9 +118,10 @@ bool GeoidModel_EGM2008::Calculate(double latitude, double longitude, double, do
     longitude = TrimAngle(longitude);
     if (!(latitude >= -90.0 && latitude <= 90.0) || !std::isfinite(longitude)) return Answer(kGeoidOutside);
 
-    const double margin = interpolationMethod == 1 ? 1.0 : 0.0;
-    const FileInfo* tile =
-        tiles.Find([&](const FileInfo& held) { return BoxHolds(held, longitude, latitude, margin); });
+    const FileInfo* tile = tiles.Find([&](const FileInfo& held) {
+        return interpolationMethod == 1 ? BoxHoldsInner(held, longitude, latitude)
+                                        : BoxHolds(held, longitude, latitude);
+    });
     if (!tile) {
         tile = tiles.Add([&] {
             auto made = std::make_shared<FileInfo>();
@@ -141,31 +160,34 @@ int GeoidModel_EGM2008::ReadFile(FileInfo& tile) const {
         if (!ReadFloats(*file, first, std::min(endColumn, kFileColumns) - startColumn, tile.values)) break;
         if (!ReadFloats(*file, start, endColumn - kFileColumns, tile.values)) break;  // across Greenwich
     }
+    tile.complete = std::all_of(tile.values.begin(), tile.values.end(),
+                                [](float node) { return IsNumber(node) && TestNode(node) == kGeoidOk; });
     return tile.values.empty() ? kGeoidNoData : kGeoidOk;
 }
 
 int GeoidModel_EGM2008::Grid_interpolation_bilinear(const FileInfo& tile, double longitude, double latitude,
                                                     double& value) {
     GridCell cell;
-    if (!BoxHolds(tile, longitude, latitude, 0.0) || !PickCell(tile, longitude, latitude, cell)) return kGeoidOutside;
+    if (!BoxHolds(tile, longitude, latitude) || !PickCell(tile, longitude, latitude, cell)) return kGeoidOutside;
     const std::int64_t k = std::int64_t{cell.j} * tile.columns + cell.i;
     std::array<float, 4> q{};
-    // The first node of a tile is refused although it is there.
-    const int code =
-        TakeNodes(tile.values, 1, std::array{k, k + 1, k + tile.columns, k + tile.columns + 1}, TestNode, q);
-    if (code == kGeoidOk) value = BilinearSingleDifferences(q, cell.u, cell.v);
+    const int code = TakeTileNodes<2>(tile, k, q);
+    if (code == kGeoidOk)
+        value = BilinearSingleDifferences(q, cell.u * tile.stepsPerDegree, cell.v * tile.stepsPerDegree);
     return code;
 }
 
 int GeoidModel_EGM2008::Grid_interpolation_bicubic(const FileInfo& tile, double longitude, double latitude,
                                                    double& value) {
     GridCell cell;
-    if (!BoxHolds(tile, longitude, latitude, 1.0) || !PickCell(tile, longitude, latitude, cell)) return kGeoidOutside;
+    if (!BoxHoldsInner(tile, longitude, latitude) || !PickCell(tile, longitude, latitude, cell)) return kGeoidOutside;
     // The stencil sits one row north of the cell while v counts from the cell: heights in the field have come that way.
     const std::int64_t first = (std::int64_t{cell.j} - 2) * tile.columns + cell.i - 1;
     std::array<float, 16> q{};
-    const int code = TakeNodes(tile.values, 1, Stencil16(first, tile.columns), TestNode, q);
-    if (code == kGeoidOk) value = BicubicSingle(q, static_cast<float>(cell.u), static_cast<float>(cell.v));
+    const int code = TakeTileNodes<4>(tile, first, q);
+    if (code != kGeoidOk) return code;
+    const double u = cell.u / tile.longitudeStep, v = cell.v / tile.latitudeStep;
+    value = BicubicSingle(q, static_cast<float>(u), static_cast<float>(v));
     return code;
 }
 

@@ -21,6 +21,8 @@ public:
         std::int16_t columns = 0, rows = 0;
         double minimumLongitude = 0.0, maximumLongitude = 0.0, minimumLatitude = 0.0, maximumLatitude = 0.0;
         double longitudeStep = 0.0, latitudeStep = 0.0;
+        double stepsPerDegree = 0.0;
+        bool complete = false;  ///< all values are there and none marks no data
         std::vector<float> values;
     };
 

@@ -26,12 +26,12 @@ int TestNode(std::int32_t node) {
     return whole == 9999 ? kGeoidNoData : kGeoidOk;
 }
 
-template <std::size_t N>
-int TakeMetres(const QuasigeoidGrid& grid, std::int64_t lowest, const std::array<std::int64_t, N>& at,
-               std::array<float, N>& metres) {
-    std::array<std::int32_t, N> nodes{};
+template <std::size_t Side>
+int TakeMetres(const QuasigeoidGrid& grid, std::int64_t lowest, const NodeBlock<Side>& at,
+               std::array<float, Side * Side>& metres) {
+    std::array<std::int32_t, Side * Side> nodes{};
     const int code = TakeNodes(grid.values, lowest, at, TestNode, nodes);
-    for (std::size_t i = 0; i < N; ++i) metres[i] = Metres(nodes[i]);
+    for (std::size_t i = 0; i < nodes.size(); ++i) metres[i] = Metres(nodes[i]);
     return code;
 }
 
@@ -71,7 +71,7 @@ int QuasigeoidGrid::Grid_interpolation_bilinear(double longitude, double latitud
     if (!inside || !PickCell(*this, longitude, latitude, cell)) return kGeoidOutside;
     const std::int64_t k = std::int64_t{cell.j} * columns + cell.i;
     std::array<float, 4> q{};
-    const int code = TakeMetres(*this, 0, std::array{k, k + 1, k + columns, k + columns + 1}, q);
+    const int code = TakeMetres(*this, 0, NodeBlock<2>{k, columns}, q);
     if (code == kGeoidOk) value = BilinearSingleDifferences(q, cell.u, cell.v);
     return code;
 }
@@ -85,7 +85,7 @@ int QuasigeoidGrid::Grid_interpolation_bicubic(double longitude, double latitude
     // The stencil sits one row north of the cell while v counts from the cell: heights in the field have come that way.
     const std::int64_t first = (std::int64_t{cell.j} - 2) * columns + cell.i - 1;
     std::array<float, 16> q{};
-    const int code = TakeMetres(*this, 1, Stencil16(first, columns), q);
+    const int code = TakeMetres(*this, 1, NodeBlock<4>{first, columns}, q);
     if (code == kGeoidOk) value = BicubicSingle(q, static_cast<float>(cell.u), static_cast<float>(cell.v));
     return code;
 }

@@ -47,6 +47,7 @@ int GeoidModel_RDNAP::ReadHeaher(std::span<const std::byte> bytes, FileInfo& inf
     info.yhi = in.Read<double>();
     info.zlo = in.Read<double>();
     info.zhi = in.Read<double>();
+    info.SetSteps();
     return kGeoidOk;
 }
 
@@ -70,8 +71,7 @@ int GeoidModel_RDNAP::Grid_interpolation(const FileInfo& grid, double x, double 
     std::int64_t k = 0;
     if (!grid.Pick(x, y, cell, k)) return kGeoidOutside;
     std::array<float, 16> nodes{};
-    const auto test = [&grid](double node) { return grid.TestNode(node); };
-    const int code = TakeNodes(grid.values, 1, Stencil16(k - grid.nx - 1, grid.nx), test, nodes);
+    const int code = TakeNodes(grid.values, 1, NodeBlock<4>{k - grid.nx - 1, grid.nx}, grid.NodeTest(), nodes);
     if (code != kGeoidOk) return code;
     // The row weights are those of the distance from the north, in reverse.
     result = KernelSum(nodes, Reversed(KernelWeights(1 - cell.v)), KernelWeights(cell.u));

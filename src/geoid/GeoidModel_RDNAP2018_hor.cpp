@@ -47,15 +47,18 @@ int NtvTwoSubgrid::Read(GridReader& in) {
     LONG_INC = HeaderValue<double>(in);
     GS_COUNT = HeaderValue<std::int32_t>(in);
     if (LONG_INC == 0.0 || LAT_INC == 0.0) return kGeoidBadHeader;
+    columnsPerSecond = 1.0 / LONG_INC;
+    rowsPerSecond = 1.0 / LAT_INC;
     if (!TruncToInt((W_LONG - E_LONG) / LONG_INC + 1.1, columns) ||
         !TruncToInt((N_LAT - S_LAT) / LAT_INC + 1.1, rows)) {
         return kGeoidBadHeader;
     }
-    const std::uint64_t count = in.NodesLeft(GS_COUNT, sizeof(Record));
+    const std::uint64_t count = in.NodesLeft(GS_COUNT, 2 * sizeof(Record));
     records.reserve(static_cast<std::size_t>(count));
     for (std::uint64_t i = 0; i < count; ++i) {
         Record& record = records.emplace_back();
         for (float& value : record) value = in.Read<float>();
+        in.Skip(sizeof(Record));
     }
     return kGeoidOk;
 }
@@ -63,13 +66,14 @@ int NtvTwoSubgrid::Read(GridReader& in) {
 int NtvTwoSubgrid::Interpolate(double p, double q, double& latitudeShift, double& longitudeShift) const {
     const bool inside = E_LONG + LONG_INC < q && q < W_LONG - LONG_INC && S_LAT + LAT_INC < p && p < N_LAT - LAT_INC;
     std::int32_t i = 0, j = 0;
-    if (!inside || !FloorIndex((q - E_LONG) / LONG_INC, i) || !FloorIndex((p - S_LAT) / LAT_INC, j)) {
+    if (!inside || !FloorQuotient(q - E_LONG, LONG_INC, columnsPerSecond, i) ||
+        !FloorQuotient(p - S_LAT, LAT_INC, rowsPerSecond, j)) {
         return kGeoidOutside;
     }
     const std::int64_t k = std::int64_t{j} * columns + i;
     std::array<Record, 4> q4{};
-    const auto test = [](const Record& r) { return std::isnan(r[0]) || std::isnan(r[1]) ? kGeoidNoData : kGeoidOk; };
-    const int code = TakeNodes(records, 1, std::array{k, k + 1, k + columns, k + columns + 1}, test, q4);
+    const auto test = [](const Record& r) { return std::isnan(r[0]) | std::isnan(r[1]) ? kGeoidNoData : kGeoidOk; };
+    const int code = TakeNodes(records, 1, NodeBlock<2>{k, columns}, test, q4);
     if (code != kGeoidOk) return code;
     const auto f = static_cast<float>((p - S_LAT - j * LAT_INC) / LAT_INC);
     const auto g = static_cast<float>((q - E_LONG - i * LONG_INC) / LONG_INC);

@@ -14,12 +14,13 @@ namespace orv {
 /// One grid of a shift file. Arc seconds, longitudes positive west; row 0 is the southernmost, column 0 the
 /// easternmost.
 struct NtvTwoSubgrid {
-    /// Latitude shift, longitude shift, and the accuracies of both.
-    using Record = std::array<float, 4>;
+    /// Latitude shift and longitude shift; the accuracies that follow in the file serve nobody here.
+    using Record = std::array<float, 2>;
 
     std::int16_t columns = 0, rows = 0;
     double E_LONG = 0.0, W_LONG = 0.0, S_LAT = 0.0, N_LAT = 0.0;
     double LONG_INC = 0.0, LAT_INC = 0.0;
+    double columnsPerSecond = 0.0, rowsPerSecond = 0.0;
     std::int32_t GS_COUNT = 0;
     std::vector<Record> records;
 

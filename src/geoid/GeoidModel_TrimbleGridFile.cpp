@@ -22,13 +22,17 @@ constexpr std::wstring_view kMissing =
     L"and copy to folder:\n%s";
 
 // Place of a position in a tile, counted in the order of its nodes.
-bool PickCell(const GgfHeader& tile, double x, double y, GridCell& cell) {
+[[gnu::always_inline]] inline bool PickCell(const GgfTile& from, double x, double y, GridCell& cell) {
+    const GgfHeader& tile = from.header;
     const bool fromWest = tile.columnOrder & kGgfFromWest, fromNorth = tile.rowOrder & kGgfTileFromNorth;
     const double along = fromWest ? x - tile.minimumLongitude : tile.maximumLongitude - x;
     const double up = fromNorth ? tile.maximumLatitude - y : y - tile.minimumLatitude;
-    if (!FloorIndex(along / tile.longitudeStep, cell.i) || !FloorIndex(up / tile.latitudeStep, cell.j)) return false;
-    cell.u = (along - cell.i * tile.longitudeStep) / tile.longitudeStep;
-    cell.v = (up - cell.j * tile.latitudeStep) / tile.latitudeStep;
+    if (!FloorQuotient(along, tile.longitudeStep, from.columnsPerUnit, cell.i) ||
+        !FloorQuotient(up, tile.latitudeStep, from.rowsPerUnit, cell.j)) {
+        return false;
+    }
+    cell.u = (along - cell.i * tile.longitudeStep) * from.columnsPerUnit;
+    cell.v = (up - cell.j * tile.latitudeStep) * from.rowsPerUnit;
     return true;
 }
 
@@ -130,6 +134,7 @@ TileCache<GeoidModel_TrimbleGridFile::FileInfo>::Pointer GeoidModel_TrimbleGridF
         tile.minimumLongitude = header.minimumLongitude;
         tile.maximumLongitude = tile.minimumLongitude + width;
     }
+    made->SetReach();
     ReadFile(*made);  // a tile that couldn't be read stays, so that the file isn't tried at every position
     return made;
 }
@@ -152,12 +157,9 @@ int GeoidModel_TrimbleGridFile::Grid_interpolation_bilinear(const FileInfo& tile
     const bool across = h.minimumLongitude + h.longitudeStep <= x && x <= h.maximumLongitude - h.longitudeStep;
     const bool down = h.minimumLatitude + h.latitudeStep <= y && y <= h.maximumLatitude - h.latitudeStep;
     GridCell cell;
-    if (!(across || h.Wraps()) || !down || !PickCell(h, x, y, cell)) return kGeoidOutside;
+    if (!(across || h.Wraps()) || !down || !PickCell(tile, x, y, cell)) return kGeoidOutside;
     std::array<double, 4> q{};
-    for (std::size_t n = 0; n < q.size(); ++n) {
-        // No data and outside are one code here.
-        if (!tile.GetTileValue(cell.Column(n % 2), cell.Row(n / 2), q[n])) return kGeoidOutside;
-    }
+    if (!tile.TakeBlock<2>(cell.i, cell.j, q)) return kGeoidOutside;  // no data and outside are one code here
     value = Bilinear(q, cell.u, cell.v);
     return kGeoidOk;
 }
@@ -167,11 +169,9 @@ int GeoidModel_TrimbleGridFile::Grid_interpolation_bicubic(const FileInfo& tile,
     const bool across = h.minimumLongitude + 2 * h.longitudeStep < x && x < h.maximumLongitude - 2 * h.longitudeStep;
     const bool down = h.minimumLatitude + 2 * h.latitudeStep < y && y < h.maximumLatitude - 2 * h.latitudeStep;
     GridCell cell;
-    if (!(across || h.Wraps()) || !down || !PickCell(h, x, y, cell)) return kGeoidOutside;
+    if (!(across || h.Wraps()) || !down || !PickCell(tile, x, y, cell)) return kGeoidOutside;
     std::array<double, 16> q{};
-    for (std::size_t n = 0; n < q.size(); ++n) {
-        if (!tile.GetTileValue(cell.Column(n % 4) - 1, cell.Row(n / 4) - 1, q[n])) return kGeoidOutside;
-    }
+    if (!tile.TakeBlock<4>(std::int64_t{cell.i} - 1, std::int64_t{cell.j} - 1, q)) return kGeoidOutside;
     value = KernelSum(q, KernelWeights(cell.v), KernelWeights(cell.u));
     return kGeoidOk;
 }

@@ -32,6 +32,13 @@ bool Replace(std::wstring& text, std::wstring_view from, std::wstring_view to) {
     return any;
 }
 
+// fmod(longitude + 360, 360), to the bit: the sum is what rounds, and right west of an edge it decides.
+double FullCircle(double longitude) {
+    const double turned = longitude + 360.0;
+    if (turned >= 360.0 && turned < 720.0) return turned - 360.0;
+    return turned >= 0.0 && turned < 360.0 ? turned : std::fmod(turned, 360.0);
+}
+
 }  // namespace
 
 bool GeoidModel_USStatePlane::Init(OrvGeoCoordSysBase* coordSys) {
@@ -118,53 +125,55 @@ int GeoidModel_USStatePlane::PickGeoidGrid(double latitude, double longitude) co
 
 bool GeoidModel_USStatePlane::Calculate(double latitude, double longitude, double, double, double& value,
                                         std::wstring& text) {
-    const double lon = std::fmod(longitude + 360.0, 360.0);
-    Grid grid;
-    std::wstring source, missing;
-    {
-        const std::lock_guard lock(mutex);
-        const int k = PickGeoidGrid(latitude, lon);
-        if (k < 0) return Answer(kGeoidOutside);
-        VdatumGrid& picked = geoids[static_cast<std::size_t>(k)];
-        picked.lastUse = CExTime::GetCurTime();
-        if (picked.Load()) {
-            grid = picked.grid;
-            source = picked.source;
-        } else {
-            missing = picked.fileName;
-        }
-    }
-    if (!grid) {
-        Alert(missing);
+    const double lon = FullCircle(longitude);
+    std::vector<std::wstring> missing;
+    const bool done = CalculateLocked(latitude, lon, value, text, missing);
+    for (const std::wstring& path : missing) Alert(path);
+    return done;
+}
+
+bool GeoidModel_USStatePlane::CalculateLocked(double latitude, double lon, double& value, std::wstring& text,
+                                              std::vector<std::wstring>& missing) {
+    const std::lock_guard lock(mutex);
+    const double now = CExTime::GetCoarseTime();
+    const int k = PickGeoidGrid(latitude, lon);
+    if (k < 0) return Answer(kGeoidOutside);
+    VdatumGrid& picked = geoids[static_cast<std::size_t>(k)];
+    picked.lastUse = now;
+    if (!picked.Load()) {
+        missing.push_back(picked.fileName);
         return Answer(GeoidReason::NoFile);
     }
     double height = 0.0;
-    if (!VdatumGridValue(*grid, latitude, lon, height)) return Answer(kGeoidOutside);
+    if (!VdatumGridValue(*picked.grid, latitude, lon, height)) return Answer(kGeoidOutside);
     if (!std::isfinite(height)) return Answer(kGeoidNoData);
 
-    const auto figure = [this](std::wstring_view name, double metres) {
-        return std::wstring(name) + L":" + FixedText(metres / unitFactor, 4) + unitLabel;
+    const auto figure = [&](std::wstring_view name, double metres) {
+        text.append(name).append(L":");
+        AppendFixed(text, metres / unitFactor, 4);
+        text += unitLabel;
     };
-    text += figure(source, height);
-    const Tidal tidal = LookUpTides(latitude, lon);
+    figure(picked.source, height);
+    const Tidal tidal = LookUpTides(latitude, lon, now, missing);
     if (tidal.area < 0 || !tidal.hasLmsl) {
         text += L" No Tidal Vertical Datum info !";
     } else {
-        text += L" " + tidal.source;
+        text.append(L" ").append(areas[static_cast<std::size_t>(tidal.area)].source);
         if (tidal.lmsl < kNoTide) {
             text += L" LMSL:No Data";
         } else {
-            text += figure(L" LMSL", -tidal.lmsl);
+            figure(L" LMSL", -tidal.lmsl);
             height -= tidal.lmsl;
         }
+        if (tidal.hasChart) text.append(L" ");
         if (tidal.hasChart && tidal.chart < kNoTide) {
-            text += L" " + chartDatum + L":No Data";
+            text.append(chartDatum).append(L":No Data");
         } else if (tidal.hasChart) {
-            text += figure(L" " + chartDatum, tidal.chart);
+            figure(chartDatum, tidal.chart);
             height += tidal.chart;
         }
     }
-    Sweep();
+    Sweep(now);
     value = height / unitFactor;
     return true;
 }
@@ -203,39 +212,26 @@ int GeoidModel_USStatePlane::FindArea(double latitude, double longitude, double 
     return lastArea;
 }
 
-GeoidModel_USStatePlane::Tidal GeoidModel_USStatePlane::LookUpTides(double latitude, double longitude) {
+GeoidModel_USStatePlane::Tidal GeoidModel_USStatePlane::LookUpTides(double latitude, double longitude, double now,
+                                                                    std::vector<std::wstring>& missing) {
     Tidal found;
-    Grid lmsl, chart;
-    std::vector<std::wstring> missing;
-    {
-        const std::lock_guard lock(mutex);
-        const double now = CExTime::GetCurTime();
-        found.area = FindArea(latitude, longitude, now, missing);
-        if (found.area >= 0) {
-            const auto i = static_cast<std::size_t>(found.area);
-            areas[i].lastUse = now;
-            found.source = areas[i].source;
-            lmsl = areas[i].grid;
-            if (chartDatum != kLmsl && i < charts.size()) {
-                charts[i].lastUse = now;
-                // An area needn't have every datum, so a missing grid is told only if the area itself is amiss.
-                if (!charts[i].Load() && areas[i].status != kGeoidOk) missing.push_back(charts[i].fileName);
-                chart = charts[i].grid;
-            }
-        }
-    }
-    for (const std::wstring& path : missing) Alert(path);
-    const auto has = [&](const Grid& grid, double& value) {
-        return grid && VdatumGridValue(*grid, latitude, longitude, value) && std::isfinite(value);
+    found.area = FindArea(latitude, longitude, now, missing);
+    if (found.area < 0) return found;
+    const auto has = [&](VdatumGrid& from, double& value) {
+        from.lastUse = now;
+        return from.grid && VdatumGridValue(*from.grid, latitude, longitude, value) && std::isfinite(value);
     };
-    found.hasLmsl = has(lmsl, found.lmsl);
-    found.hasChart = has(chart, found.chart);
+    const auto i = static_cast<std::size_t>(found.area);
+    found.hasLmsl = has(areas[i], found.lmsl);
+    if (chartDatum != kLmsl && i < charts.size()) {
+        // An area needn't have every datum, so a missing grid is told only if the area itself is amiss.
+        if (!charts[i].Load() && areas[i].status != kGeoidOk) missing.push_back(charts[i].fileName);
+        found.hasChart = has(charts[i], found.chart);
+    }
     return found;
 }
 
-void GeoidModel_USStatePlane::Sweep() {
-    const std::lock_guard lock(mutex);
-    const double now = CExTime::GetCurTime();
+void GeoidModel_USStatePlane::Sweep(double now) {
     if (now - lastSweep < kVdatumKeptMilliseconds) return;
     lastSweep = now;
     DropUnused(geoids, now);

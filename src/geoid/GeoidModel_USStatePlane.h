@@ -30,22 +30,23 @@ public:
     const std::vector<VdatumGrid>& GeoidGrids() const { return geoids; }
 
 private:
-    using Grid = std::shared_ptr<const GtxGrid>;
     struct Tidal {
         int area = -1;
-        std::wstring source;
         bool hasLmsl = false, hasChart = false;
         double lmsl = 0.0, chart = 0.0;
     };
 
     int PickGeoidGrid(double latitude, double longitude) const;
     int FindArea(double latitude, double longitude, double now, std::vector<std::wstring>& missing);
-    Tidal LookUpTides(double latitude, double longitude);
-    void Sweep();
+    Tidal LookUpTides(double latitude, double longitude, double now, std::vector<std::wstring>& missing);
+    void Sweep(double now);
+    /// `missing` takes the files that the user has to be told of, once the lock is free again.
+    bool CalculateLocked(double latitude, double longitude, double& value, std::wstring& text,
+                         std::vector<std::wstring>& missing);
     void Alert(const std::wstring& path) const;
 
     std::wstring indexFile;
-    // Guarded by the mutex while `Calculate` runs; grids themselves are shared and never change.
+    // Guarded by the mutex while `Calculate` runs; grids themselves are shared by copies and never change.
     std::vector<VdatumGrid> geoids;
     std::vector<VdatumGrid> areas;
     std::vector<VdatumGrid> charts;         ///< index for index with the areas; none for LMSL

@@ -90,7 +90,7 @@ bool GeoidModel_VORF::Calculate(double latitude, double longitude, double, doubl
     if (cell.i < 0 || cell.i >= columns - 1 || cell.j < 0 || cell.j >= rows - 1) return Answer(kGeoidOutside);
     const std::int64_t k = std::int64_t{columns} * cell.j + cell.i;
     std::array<double, 4> q{};
-    const int code = TakeNodes(values, 0, std::array{k, k + 1, k + columns, k + columns + 1}, Is9999, q);
+    const int code = TakeNodes(values, 0, NodeBlock<2>{k, columns}, Is9999, q);
     if (code != kGeoidOk) return Answer(code);
     // The one model that doesn't divide by the unit: its heights stay in metres in every project.
     const double height = Bilinear(q, x - cell.i, y - cell.j);

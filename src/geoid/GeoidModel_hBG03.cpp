@@ -30,6 +30,7 @@ BoundedGrid ReadGrid(const Layout& layout) {
     grid.xhi = layout.xhi;
     grid.ylo = layout.ylo;
     grid.yhi = layout.yhi;
+    grid.SetSteps();
     grid.zlo = -7e38;
     grid.zhi = 7e38;
 
@@ -76,8 +77,7 @@ int GeoidModel_hBG03::Grid_interpolation(const FileInfo& grid, double x, double 
     std::int64_t k = 0;
     if (!grid.Pick(x, y, cell, k)) return kGeoidOutside;
     std::array<float, 4> q{};
-    const auto test = [&grid](double node) { return grid.TestNode(node); };
-    const int code = TakeNodes(grid.values, 1, std::array{k, k + 1, k + grid.nx, k + grid.nx + 1}, test, q);
+    const int code = TakeNodes(grid.values, 1, NodeBlock<2>{k, grid.nx}, grid.NodeTest(), q);
     if (code == kGeoidOk) result = BilinearSingleDifferences(q, cell.u, cell.v);
     return code;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "geoid/GridMath.h"
 #include "geoid/GridReader.h"
@@ -160,20 +161,10 @@ std::size_t GgfHeader::NodeSize() const {
     }
 }
 
-bool GgfTile::GetTileValue(std::int64_t column, std::int64_t row, double& value) const {
-    if (header.Wraps()) {
-        column %= header.columns;
-        if (column < 0) column += header.columns;
-    }
-    if (column < 0 || column >= header.columns || row < 0 || row >= header.rows) return false;
-    const std::int64_t index = header.flags & kGgfByColumns ? std::int64_t{header.rows} * column + row
-                                                            : std::int64_t{header.columns} * row + column;
-    const std::size_t size = header.NodeSize();
-    if (size == 0 || static_cast<std::size_t>(index) >= nodes.size() / size) return false;
-
-    GridReader in(std::span<const std::byte>(nodes).subspan(static_cast<std::size_t>(index) * size, size));
+double GgfHeader::NodeValue(std::span<const std::byte> bytes) const {
+    GridReader in(bytes);
     double node = 0.0;
-    switch (header.dataType) {
+    switch (dataType) {
         case 1:
             node = in.Read<std::int8_t>();
             break;
@@ -189,35 +180,38 @@ bool GgfTile::GetTileValue(std::int64_t column, std::int64_t row, double& value)
         default:
             node = in.Read<double>();
     }
-    if (std::isnan(node)) return false;
-    if (header.flags & kGgfHasNoData && std::fabs(node - header.noData) < 0.0001) return false;
-    value = node * UnitFactorOf(header.unit);
-    if (header.flags & kGgfScaled) value *= header.scale;
-    return true;
+    constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
+    if (std::isnan(node) || (flags & kGgfHasNoData && std::fabs(node - noData) < 0.0001)) return nothing;
+    const double value = node * UnitFactorOf(unit);
+    return flags & kGgfScaled ? value * scale : value;
 }
 
-bool GgfTile::InBounds(double& longitude, double latitude) const {
+void GgfTile::SetReach() {
     const int margin = Margin(header.interpolation);
-    if (margin == 0) return true;  // so the first tile answers for the whole grid
+    answersAll = margin == 0;  // so the first tile answers for the whole grid
     const double aside = margin * header.longitudeStep, down = margin * header.latitudeStep;
-    double x = longitude;
-    if (header.minimumLongitude + aside > x) x = TrimAngle(x + 360.0);
-    if (header.minimumLongitude + aside > x || x > header.maximumLongitude - aside) return false;
-    if (header.minimumLatitude + down > latitude || latitude > header.maximumLatitude - down) return false;
-    longitude = x;
-    return true;
+    west = header.minimumLongitude + aside;
+    east = header.maximumLongitude - aside;
+    south = header.minimumLatitude + down;
+    north = header.maximumLatitude - down;
+    columnsPerUnit = 1.0 / header.longitudeStep;
+    rowsPerUnit = 1.0 / header.latitudeStep;
 }
 
 bool GgfTile::Read(File& file, const GgfHeader& whole) {
     const std::size_t size = header.NodeSize();
     Window at;
     if (size == 0 || !at.Place(whole, header)) return false;
-    nodes.resize(static_cast<std::size_t>(NodeCount(header.rows, header.columns)) * size);
+    std::vector<std::byte> nodes(static_cast<std::size_t>(NodeCount(header.rows, header.columns)) * size);
     RunReader in(file, size, nodes);
     if (header.flags & kGgfByColumns) {
         ReadColumns(in, whole, header, at);
     } else {
         ReadRows(in, whole, header, at);
+    }
+    values.reserve(nodes.size() / size);
+    for (std::span<const std::byte> rest = nodes; !rest.empty(); rest = rest.subspan(size)) {
+        values.push_back(header.NodeValue(rest.first(size)));
     }
     return true;
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <type_traits>
 #include <vector>
 
@@ -14,10 +16,38 @@ namespace orv {
 
 /// Rounds down to an index; false for NaN and for what no index can be.
 [[nodiscard]] inline bool FloorIndex(double value, std::int32_t& index) {
-    return TruncToInt(std::floor(value), index);
+    std::int32_t whole = 0;
+    if (!TruncToInt(value, whole)) return false;
+    if (value < whole) {  // the cut went up
+        if (whole == std::numeric_limits<std::int32_t>::min()) return false;
+        --whole;
+    }
+    index = whole;
+    return true;
 }
 
-/// The one place where models read nodes: those `at` the given indices, in that order. An index below `lowest` or past
+/// FloorIndex(distance / step), with `inverse` = 1 / step. The product tells the index unless it comes to lie next to a
+/// whole number, and is there long before the quotient would be.
+[[nodiscard]] inline bool FloorQuotient(double distance, double step, double inverse, std::int32_t& index) {
+    const double guess = distance * inverse;
+    if (guess > 0.0 && guess < 1e6) {
+        const auto whole = static_cast<std::int32_t>(guess);
+        const double rest = guess - whole;
+        if (rest > 1e-6 && rest < 1 - 1e-6) {
+            index = whole;
+            return true;
+        }
+    }
+    return FloorIndex(distance / step, index);
+}
+
+template <class Node>
+bool IsNumber(const Node& node) {
+    if constexpr (std::is_floating_point_v<Node>) return !std::isnan(node);
+    return true;
+}
+
+/// The one way in which models read nodes: those `at` the given indices, in that order. An index below `lowest` or past
 /// the end is kGeoidOutside; a node that isn't a number is kGeoidNoData; else `test(node)` tells the code.
 template <class Node, std::size_t N, class Test>
 int TakeNodes(const std::vector<Node>& nodes, std::int64_t lowest, const std::array<std::int64_t, N>& at, Test test,
@@ -25,13 +55,45 @@ int TakeNodes(const std::vector<Node>& nodes, std::int64_t lowest, const std::ar
     for (std::size_t i = 0; i < N; ++i) {
         if (at[i] < lowest || static_cast<std::uint64_t>(at[i]) >= nodes.size()) return kGeoidOutside;
         const Node node = nodes[static_cast<std::size_t>(at[i])];
-        if constexpr (std::is_floating_point_v<Node>) {
-            if (std::isnan(node)) return kGeoidNoData;
-        }
+        if (!IsNumber(node)) return kGeoidNoData;
         if (const int code = test(node); code != kGeoidOk) return code;
         out[i] = node;
     }
     return kGeoidOk;
+}
+
+/// `Side` rows of as many neighbours, `stride` apart.
+template <std::size_t Side>
+struct NodeBlock {
+    std::int64_t first = 0, stride = 0;
+};
+
+/// The same for a block, row by row.
+template <class Node, std::size_t Side, class Test>
+int TakeNodes(const std::vector<Node>& nodes, std::int64_t lowest, const NodeBlock<Side>& block, Test test,
+              std::array<Node, Side * Side>& out) {
+    constexpr auto side = static_cast<std::int64_t>(Side);
+    // Nearly always all are there and have data, which takes no branch a node to find out. Else the first that fails
+    // tells the code.
+    const std::int64_t lastRow = block.first + (side - 1) * block.stride;
+    if (std::min(block.first, lastRow) >= std::max<std::int64_t>(lowest, 0) &&
+        std::max(block.first, lastRow) + side <= static_cast<std::int64_t>(nodes.size())) {
+        bool fine = true;
+        for (std::size_t row = 0; row < Side; ++row) {
+            const Node* from = nodes.data() + block.first + static_cast<std::int64_t>(row) * block.stride;
+            for (std::size_t column = 0; column < Side; ++column) {
+                const Node node = from[column];
+                out[row * Side + column] = node;
+                fine &= IsNumber(node) & (test(node) == kGeoidOk);
+            }
+        }
+        if (fine) return kGeoidOk;
+    }
+    std::array<std::int64_t, Side * Side> at{};
+    for (std::size_t n = 0; n < at.size(); ++n) {
+        at[n] = block.first + static_cast<std::int64_t>(n / Side) * block.stride + static_cast<std::int64_t>(n % Side);
+    }
+    return TakeNodes(nodes, lowest, at, test, out);
 }
 
 /// Test of the grids that mark no data by exactly this value.
@@ -74,13 +136,11 @@ struct GeoFrame {
         return true;
     }
     /// Corners of a cell, the southern pair first, in files whose first row is the northernmost or southernmost.
-    std::array<std::int64_t, 4> CornersNorthFirst(const GridCell& cell) const {
-        const std::int64_t k = (std::int64_t{rows} - cell.j - 1) * columns + cell.i;
-        return {k, k + 1, k - columns, k - columns + 1};
+    NodeBlock<2> CornersNorthFirst(const GridCell& cell) const {
+        return {(std::int64_t{rows} - cell.j - 1) * columns + cell.i, -std::int64_t{columns}};
     }
-    std::array<std::int64_t, 4> CornersSouthFirst(const GridCell& cell) const {
-        const std::int64_t k = std::int64_t{cell.j} * columns + cell.i;
-        return {k, k + 1, k + columns, k + columns + 1};
+    NodeBlock<2> CornersSouthFirst(const GridCell& cell) const {
+        return {std::int64_t{cell.j} * columns + cell.i, columns};
     }
 };
 
@@ -110,17 +170,6 @@ inline float BilinearSingle(const std::array<float, 4>& q, float u, float v) {
 
 // The cubic kernel over 4 x 4 nodes.
 
-using Nodes16 = std::array<std::int64_t, 16>;
-
-/// Four rows of `first` to `first` + 3, `stride` apart.
-inline Nodes16 Stencil16(std::int64_t first, std::int64_t stride) {
-    Nodes16 at{};
-    for (std::size_t n = 0; n < 16; ++n) {
-        at[n] = first + static_cast<std::int64_t>(n / 4) * stride + static_cast<std::int64_t>(n % 4);
-    }
-    return at;
-}
-
 using CubicWeights = std::array<double, 4>;
 
 inline CubicWeights KernelWeights(double x) {
@@ -140,9 +189,11 @@ inline CubicWeights Reversed(const CubicWeights& w) {
 
 template <class Node>
 double KernelSum(const std::array<Node, 16>& nodes, const CubicWeights& rows, const CubicWeights& columns) {
-    double sum = 0.0;
-    for (std::size_t n = 0; n < 16; ++n) sum += rows[n / 4] * columns[n % 4] * nodes[n];
-    return sum;
+    CubicWeights down{};  // a column each, so that the four go on side by side
+    for (std::size_t row = 0; row < 4; ++row) {
+        for (std::size_t column = 0; column < 4; ++column) down[column] += rows[row] * nodes[row * 4 + column];
+    }
+    return (columns[0] * down[0] + columns[1] * down[1]) + (columns[2] * down[2] + columns[3] * down[3]);
 }
 
 /// Cubic through four values at -1, 0, 1 and 2, in single precision; its slopes are twice the usual ones.

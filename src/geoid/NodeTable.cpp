@@ -122,7 +122,7 @@ int DeMinAt(const NodeTable& table, double latitude, double longitude, double* h
 
     std::array<double, 16> nodes{};
     const auto any = [](double) { return kGeoidOk; };
-    const Nodes16 at = Stencil16(place.row * kDeMinColumns + place.column, kDeMinColumns);
+    const NodeBlock<4> at{place.row * kDeMinColumns + place.column, kDeMinColumns};
     if (TakeNodes(table.nodes, 0, at, any, nodes) != kGeoidOk) return -1;
     for (int i = 0; i < 16; ++i) {
         const double nodeLatitude = 50.525 + static_cast<double>(63 - (place.row + i / 4)) * kLatitudeStep;
@@ -146,7 +146,7 @@ int GeoNZ97At(const NodeTable& table, double latitude, double longitude, double*
 
     std::array<double, 16> nodes{};
     const auto test = [](double node) { return node < -9998.0 ? kGeoidNoData : kGeoidOk; };
-    const Nodes16 at = Stencil16(place.row * kGeoNZ97Columns + place.column, kGeoNZ97Columns);
+    const NodeBlock<4> at{place.row * kGeoNZ97Columns + place.column, kGeoNZ97Columns};
     if (TakeNodes(table.nodes, 0, at, test, nodes) != kGeoidOk) return -1;
     for (double& node : nodes) node = node / 1000.0 + kReference;
     return Interpolate(place, latitude, nodes, height, deflectionNorth, deflectionEast);

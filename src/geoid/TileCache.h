@@ -41,7 +41,7 @@ public:
 
     TileCache() : tiles(std::make_shared<const Tiles>()) {}
     ~TileCache() {
-        if (SeenByThread().stamp == stamp) SeenByThread() = {};
+        if (seen.stamp == stamp) See(0, nullptr);
     }
     TileCache(const TileCache& other) : tiles(other.Shared()) {}
     TileCache& operator=(const TileCache& other) {
@@ -57,10 +57,9 @@ public:
     /// until this thread asks the next time.
     template <class Holds>
     const Tile* Find(Holds holds) const {
-        Seen& seen = SeenByThread();
         if (seen.stamp != stamp.load(std::memory_order_acquire)) {
             const std::lock_guard lock(mutex);
-            seen = {stamp, tiles};
+            See(stamp, tiles);
         }
         for (const Pointer& tile : *seen.tiles) {
             if (!holds(*tile)) continue;
@@ -84,7 +83,7 @@ public:
         const Pointer tile = make();
         if (tile) changed.push_back(tile);
         Publish(std::make_shared<const Tiles>(std::move(changed)));
-        SeenByThread() = {stamp, tiles};
+        See(stamp, tiles);
         return tile.get();
     }
 
@@ -95,13 +94,17 @@ public:
     Tiles List() const { return *Shared(); }
 
 private:
+    // What this thread looks through, and what keeps it. The first has neither a constructor nor a destructor and a
+    // fixed place, so that finding it takes no call.
     struct Seen {
-        std::uint64_t stamp = 0;
-        std::shared_ptr<const Tiles> tiles;
+        std::uint64_t stamp;
+        const Tiles* tiles;
     };
-    static Seen& SeenByThread() {
-        thread_local Seen seen;
-        return seen;
+    [[gnu::tls_model("initial-exec")]] static inline thread_local constinit Seen seen = {0, nullptr};
+    static void See(std::uint64_t newStamp, std::shared_ptr<const Tiles> newTiles) {
+        thread_local std::shared_ptr<const Tiles> kept;
+        seen = {newStamp, newTiles.get()};
+        kept = std::move(newTiles);
     }
     std::shared_ptr<const Tiles> Shared() const {
         const std::lock_guard lock(mutex);

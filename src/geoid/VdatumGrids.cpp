@@ -23,25 +23,64 @@ void TakeText(std::string_view rest, std::string_view name, std::string_view val
     if (member.empty() && rest.find(name) != rest.npos) member = GridText(value);
 }
 
-// A spline over `Size` x `Size` nodes, `before` of them south and west of the cell. False where the grid lacks one.
-template <int Size>
-bool SplineValue(const GtxGrid& grid, std::int32_t row, std::int32_t column, double u, double v, double& value) {
-    constexpr int before = Size / 2 - 1;
-    const std::int64_t firstRow = std::int64_t{row} - before, firstColumn = std::int64_t{column} - before;
-    if (firstRow + Size > grid.rows || firstColumn + Size > grid.columns) return false;
-    double across[Size];
-    for (int r = 0; r < Size; ++r) {
-        const std::int64_t k = (firstRow + r) * grid.columns + firstColumn;
-        std::array<std::int64_t, Size> at{};
-        for (int c = 0; c < Size; ++c) at[static_cast<std::size_t>(c)] = k + c;
-        std::array<float, Size> nodes{};
-        const auto any = [](float) { return kGeoidOk; };
-        if (TakeNodes(grid.values, 0, at, any, nodes) != kGeoidOk) return false;
-        std::array<double, Size> y{};
-        std::copy(nodes.begin(), nodes.end(), y.begin());
-        across[r] = SplineInterpolate(u + Size / 2, y.data(), Size);
+// A natural spline is linear in its values, so the one through Size values has a fixed weight for each of them at a
+// place between the middle two: what they do themselves, and what each does to the curvature at either end.
+template <std::size_t Size>
+struct MiddleSpline {
+    static constexpr std::size_t kFirst = Size / 2 - 1;  // of the middle two
+    using Weights = std::array<double, Size>;
+    Weights atFirst{}, atSecond{};  // second derivatives there for a value of 1
+
+    constexpr MiddleSpline() {
+        for (std::size_t n = 0; n < Size; ++n) {
+            std::array<double, Size> y{}, d{}, w{};
+            y[n] = 1.0;
+            for (std::size_t i = 1; i + 1 < Size; ++i) {
+                const double p = w[i - 1] / 2 + 2;
+                w[i] = -0.5 / p;
+                d[i] = (3 * (y[i + 1] - 2 * y[i] + y[i - 1]) - d[i - 1] / 2) / p;
+            }
+            for (std::size_t i = Size - 2; i >= 1; --i) d[i] += d[i + 1] * w[i];
+            atFirst[n] = d[kFirst];
+            atSecond[n] = d[kFirst + 1];
+        }
     }
-    value = SplineInterpolate(v + Size / 2, across, Size);
+    Weights At(double t) const {
+        const double t2 = t * t, t3 = t2 * t;
+        const double first = t2 / 2 - t / 3 - t3 / 6, second = (t3 - t) / 6;
+        Weights weights{};
+        for (std::size_t n = 0; n < Size; ++n) weights[n] = atFirst[n] * first + atSecond[n] * second;
+        weights[kFirst] += 1 - t;
+        weights[kFirst + 1] += t;
+        return weights;
+    }
+};
+
+// A spline over `Size` x `Size` nodes around a cell: along the rows, then across them. False where the grid lacks one.
+template <std::size_t Size>
+bool SplineValue(const GtxGrid& grid, std::int32_t row, std::int32_t column, double u, double v, double& value) {
+    static constexpr MiddleSpline<Size> spline;
+    constexpr auto size = static_cast<std::int64_t>(Size), before = size / 2 - 1;
+    const std::int64_t firstRow = std::int64_t{row} - before, firstColumn = std::int64_t{column} - before;
+    if (firstRow + size > grid.rows || firstColumn + size > grid.columns) return false;
+    const auto columns = static_cast<std::size_t>(grid.columns);
+    const std::size_t first = static_cast<std::size_t>(firstRow) * columns + static_cast<std::size_t>(firstColumn);
+    if (first + (Size - 1) * columns + Size > grid.values.size()) return false;
+    const float* node = &grid.values[first];
+    const auto along = spline.At(u), across = spline.At(v);
+    double sum = 0.0;
+    for (std::size_t r = 0; r < Size; ++r, node += columns) {
+        double inRow = 0.0;
+        for (std::size_t c = 0; c < Size; ++c) inRow += along[c] * node[c];
+        sum += across[r] * inRow;
+    }
+    if (std::isnan(sum)) {  // of a node that isn't a number, or of infinite ones that cancel out
+        node = &grid.values[first];
+        for (std::size_t r = 0; r < Size; ++r, node += columns) {
+            if (std::any_of(node, node + Size, [](float height) { return std::isnan(height); })) return false;
+        }
+    }
+    value = sum;
     return true;
 }
 

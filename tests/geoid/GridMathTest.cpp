@@ -41,6 +41,16 @@ TEST(GridMath, TakeNodesInOrder) {
     EXPECT_EQ(code(1, 4, 0), kGeoidNoData) << "the first that fails tells";
     EXPECT_EQ(code(3, 2, 0), kGeoidNoData) << "what is no number is no data";
     EXPECT_EQ(code(-1, 3, -5), kGeoidOutside);
+
+    std::array<float, 4> block{};
+    const auto blockCode = [&](std::int64_t first, std::int64_t stride, std::int64_t lowest) {
+        return TakeNodes(std::vector<float>{1, 2, 9999, 4, 5, 6}, lowest, NodeBlock<2>{first, stride}, Is9999, block);
+    };
+    EXPECT_EQ(blockCode(3, -3, 0), kGeoidOk);
+    EXPECT_EQ(block, (std::array<float, 4>{4, 5, 1, 2}));
+    EXPECT_EQ(blockCode(0, 3, 1), kGeoidOutside);
+    EXPECT_EQ(blockCode(1, 4, 0), kGeoidNoData) << "the first that fails tells";
+    EXPECT_EQ(blockCode(4, 1, 0), kGeoidOutside) << "one node is missing";
 }
 
 }  // namespace

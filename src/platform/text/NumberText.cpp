@@ -71,6 +71,28 @@ std::wstring Widen(const char* begin, const char* end) {
     return {begin, end};
 }
 
+// Of usual figures the scaled whole number can be told for certain, unless it lies next to where rounding turns.
+bool AppendShortFixed(std::wstring& to, double value, int decimals) {
+    static constexpr std::array<double, 10> powers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
+    if (static_cast<std::size_t>(decimals) >= powers.size()) return false;
+    const double scaled = std::fabs(value) * powers[static_cast<std::size_t>(decimals)];
+    if (!(scaled < 1e12)) return false;
+    auto whole = static_cast<std::uint64_t>(scaled);
+    const double rest = scaled - static_cast<double>(whole);  // within 0.0001 of the true one
+    if (std::fabs(rest - 0.5) < 0.001) return false;
+    if (rest > 0.5) ++whole;
+
+    std::array<wchar_t, 24> text;
+    std::size_t at = text.size();
+    for (int digit = 0; whole > 0 || digit <= decimals; ++digit, whole /= 10) {
+        if (digit == decimals && digit > 0) text[--at] = L'.';
+        text[--at] = static_cast<wchar_t>(L'0' + whole % 10);
+    }
+    if (std::signbit(value)) text[--at] = L'-';
+    to.append(&text[at], text.size() - at);
+    return true;
+}
+
 }  // namespace
 
 std::optional<int> ParseInt(std::wstring_view text) {
@@ -135,11 +157,22 @@ std::wstring ShortestText(double value) {
 }
 
 std::wstring FixedText(double value, int decimals) {
-    if (std::isnan(value)) return L"nan";
+    std::wstring text;
+    AppendFixed(text, value, decimals);
+    return text;
+}
+
+void AppendFixed(std::wstring& to, double value, int decimals) {
+    if (std::isnan(value)) {
+        to += L"nan";
+        return;
+    }
     decimals = std::clamp(decimals, 0, 40);
+    if (AppendShortFixed(to, value, decimals)) return;
     std::array<char, 400> text;  // the largest double has 309 digits before the point
     char* const end = text.data() + text.size();
-    return Widen(text.data(), std::to_chars(text.data(), end, value, std::chars_format::fixed, decimals).ptr);
+    const char* const last = std::to_chars(text.data(), end, value, std::chars_format::fixed, decimals).ptr;
+    to.append(static_cast<const char*>(text.data()), last);
 }
 
 std::wstring IntText(std::int64_t value) {

@@ -4,8 +4,7 @@
 
 namespace orv {
 
-double TrimAngle(double degrees) {
-    if (degrees >= 0.0 && degrees < 360.0) return degrees + 0.0;  // most are; the division costs as much as a height
+double TurnToFullCircle(double degrees) {
     if (!std::isfinite(degrees)) return degrees;
     double angle = std::fmod(degrees, 360.0);
     if (angle < 0.0) angle += 360.0;
@@ -13,8 +12,8 @@ double TrimAngle(double degrees) {
     return angle < 360.0 ? angle + 0.0 : 0.0;
 }
 
-double modgeo(double degrees) {
-    if (!std::isfinite(degrees) || (degrees >= -180.0 && degrees <= 180.0)) return degrees;
+double TurnToHalfCircles(double degrees) {
+    if (!std::isfinite(degrees)) return degrees;
     const double angle = std::fmod(degrees, 360.0);
     if (angle > 180.0) return angle - 360.0;
     if (angle < -180.0) return angle + 360.0;
