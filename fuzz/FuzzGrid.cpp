@@ -126,7 +126,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     model->SetFileName(std::wstring(form.file));
     model->SetGeoidChartDatum(std::wstring(form.datum));
 
-    for (const auto& [y, x] : {std::pair{50.3, 4.6}, {51.0, 6.4}, {89.99, 0.01}, {104000.0, 403000.0}, {0.0, 1e300}}) {
+    for (const auto& [y, x] :
+         {std::pair{50.3, 4.6}, {51.0, 6.4}, {89.99, 0.01}, {53.1, 4.3}, {104000.0, 403000.0}, {0.0, 1e300}}) {
         Ask(*model, y, x);
     }
     std::vector<double> places = {50.5};

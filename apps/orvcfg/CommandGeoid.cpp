@@ -20,18 +20,28 @@ struct DumpArguments {
 
 // ---- list
 
-Cell GridsCell(unsigned short typeId, const std::wstring& folder) {
-    if (folder.empty()) return Cell::Missing("needs none");
-    const std::optional<std::vector<std::wstring>> names = GeoidGridNames(typeId);
-    if (!names) return Cell::Missing("of any name; projects tell which");
-    if (names->empty()) return Cell::Missing("none in its folder");
+Cell JoinedNames(const std::vector<std::wstring>& names) {
     Cell cell{{}, Json::array(), {}};
-    for (const std::wstring& name : *names) {
+    for (const std::wstring& name : names) {
         if (!cell.text.empty()) cell.text += ", ";
         cell.text += PathToBytes(name);
         cell.value.push_back(ToUtf8(name));
     }
     return cell;
+}
+
+Cell ExpectedCell(unsigned short typeId, const std::wstring& folder) {
+    const std::vector<std::wstring> names = GeoidFileNames(typeId);
+    if (!names.empty()) return JoinedNames(names);
+    return Cell::Missing(folder.empty() ? "needs none" : "of any name; projects tell which");
+}
+
+Cell GridsCell(unsigned short typeId, const std::wstring& folder) {
+    if (folder.empty()) return Cell::Missing("needs none");
+    const std::optional<std::vector<std::wstring>> names = GeoidGridNames(typeId);
+    if (!names) return Cell::Missing("of any name; projects tell which");
+    if (names->empty()) return Cell::Missing("none in its folder");
+    return JoinedNames(*names);
 }
 
 ExitCode List(Session& session, const NoArguments&) {
@@ -40,13 +50,14 @@ ExitCode List(Session& session, const NoArguments&) {
                  {"Registered as", "name"},
                  {"Key", "key"},
                  {"Folder", "folder"},
-                 {"Grids", "grids"}});
+                 {"Expected", "expected"},
+                 {"Present", "grids"}});
     for (const GeoidModelList::Registration& model : GeoidModelList::GetGeoidModelList().Registrations()) {
         const std::wstring folder = GeoidModelFolder(model.typeId);
         Cell place = Cell::Path(folder);
         if (folder.empty()) place = {"-", nullptr, {}};
         table.Add({Cell::Count(model.typeId), Cell::Of(model.name), Cell::Of(GeoidKey(model.typeId)), place,
-                   GridsCell(model.typeId, folder)});
+                   ExpectedCell(model.typeId, folder), GridsCell(model.typeId, folder)});
     }
     Document::Print(session, table);
     return kAllGood;

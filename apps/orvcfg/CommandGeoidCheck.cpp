@@ -90,9 +90,18 @@ void CheckIndex(const std::wstring& tree, const std::wstring& path, Findings& fi
         } else {
             CheckFile(file, true, findings);
         }
-        const std::wstring outline = start + GetNameFromPath(ToNativePath(grid.source)) + L".bnd";
+        const std::wstring outline = start + ToNativePath(grid.source) + L".bnd";
         if (areas && !FileExists(outline)) findings.Bad(PathToBytes(outline), "the area's outline is missing");
     }
+}
+
+std::string OnOneLine(const std::wstring& message) {
+    std::string text = ToUtf8(message);
+    text.erase(std::unique(text.begin(), text.end(), [](char a, char b) { return a == '\n' && b == '\n'; }),
+               text.end());
+    while (!text.empty() && text.back() == '\n') text.pop_back();
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
 }
 
 void CheckTree(Findings& findings) {
@@ -102,8 +111,7 @@ void CheckTree(Findings& findings) {
     const std::unique_ptr<GeoidModel> shifts = GeoidModelList::GetGeoidModelList().Create(kTreeShifts);
     std::wstring message;
     if (shifts && !shifts->CheckGeoidModelFiles(common, message, false)) {
-        findings.Warning(PathToBytes(tree), ToUtf8(GeoidKey(kTreeShifts)) + " lacks its index " +
-                                                PathToBytes(GetNameFromPath(shifts->DataFile())));
+        findings.Warning(PathToBytes(tree), ToUtf8(GeoidKey(kTreeShifts)) + ": " + OnOneLine(message));
     }
     const std::wstring core = WithSeparator(tree + L"core");
     for (const std::wstring& folder : {core, tree}) {

@@ -130,13 +130,19 @@ std::wstring GeoidModelFolder(unsigned short typeId) {
     return GetFolderFromPath(model->DataFile());
 }
 
-std::optional<std::vector<std::wstring>> GeoidGridNames(unsigned short typeId) {
+std::vector<std::wstring> GeoidFileNames(unsigned short typeId) {
     const auto* const files = std::find_if(std::begin(kModelFiles), std::end(kModelFiles),
                                            [&](const ModelFiles& model) { return model.typeId == typeId; });
-    if (files == std::end(kModelFiles)) return std::nullopt;
+    if (files == std::end(kModelFiles)) return {};
+    return {files->patterns.begin(), files->patterns.end()};
+}
+
+std::optional<std::vector<std::wstring>> GeoidGridNames(unsigned short typeId) {
+    const std::vector<std::wstring> patterns = GeoidFileNames(typeId);
+    if (patterns.empty()) return std::nullopt;
     std::vector<std::wstring> names;
     const std::wstring folder = GeoidModelFolder(typeId);
-    for (const std::wstring_view pattern : files->patterns) {
+    for (const std::wstring& pattern : patterns) {
         for (const FolderEntry& entry : FindFiles(folder, pattern)) {
             if (!entry.isFolder) names.push_back(entry.name);
         }

@@ -39,6 +39,9 @@ std::optional<unsigned short> GeoidTypeArgument(Session& session, std::string_vi
 std::wstring GeoidKey(unsigned short typeId);
 /// Folder that a model reads its grids from; empty if it doesn't tell.
 std::wstring GeoidModelFolder(unsigned short typeId);
+/// What the model's files are called there: names, or patterns such as "*.gtx" where projects tell the name. Empty for
+/// a model without files.
+std::vector<std::wstring> GeoidFileNames(unsigned short typeId);
 /// Files in that folder that are called as the model's files are; none for a model whose files may be called anything.
 std::optional<std::vector<std::wstring>> GeoidGridNames(unsigned short typeId);
 

@@ -260,6 +260,9 @@ FormFacts ReadQuasigeoidFacts(Content bytes, std::string& why) {
     return facts;
 }
 
+// Two words that the model passes over: the byte order, and what bounds and steps are scaled by.
+constexpr std::uint64_t kBynByteOrder = 48;
+
 FormFacts ReadBynFacts(Content bytes, std::string& why) {
     constexpr std::uint64_t header = 80;
     if (bytes.size() < header) return std::nullopt;
@@ -275,6 +278,8 @@ FormFacts ReadBynFacts(Content bytes, std::string& why) {
     const auto type = in.Read<std::int16_t>();
     const auto factor = in.Read<double>();
     const auto nodeSize = in.Read<std::int16_t>();
+    in.Seek(kBynByteOrder);
+    const bool hasByteOrder = in.Read<std::int16_t>() != 0, hasScale = in.Read<std::int16_t>() != 0;
     CountNodes(part);
     std::string unused;
     const bool wide = nodeSize == 4;
@@ -301,6 +306,9 @@ FormFacts ReadBynFacts(Content bytes, std::string& why) {
     const GridPart& grid = facts.parts.front();
     facts.fault =
         LengthFault(grid.Nodes(), header + static_cast<std::uint64_t>(grid.Nodes()) * (wide ? 4u : 2u), bytes.size());
+    if (hasByteOrder) facts.remarks.emplace_back("its word on byte order is set: the model doesn't look at it");
+    if (hasScale)
+        facts.remarks.emplace_back("its word on the scale of the bounds is set: the model takes whole seconds");
     RemarkLostNodes(grid, 1.0, "the model", facts);
     return facts;
 }
@@ -390,7 +398,10 @@ FormFacts ReadGgfFacts(Content bytes, std::string&) {
     } else if (h.interpolation == 32) {
         facts.remarks.emplace_back("its interpolation code 32 makes the tile of the first position answer for all");
     }
-    if (h.Wraps() && h.flags & kGgfByColumns) {
+    if (h.Wraps() && !(h.flags & kGgfByColumns)) {
+        facts.remarks.emplace_back(
+            "it wraps: across its seam the model joins parts of rows that needn't belong together");
+    } else if (h.Wraps()) {
         facts.remarks.emplace_back("it wraps and is stored by columns: across its seam the model reads 0");
     }
     return facts;

@@ -1,5 +1,7 @@
 #include "geoid/GeoidModel_GeoNZ97_LAT2006.h"
 
+#include <cmath>
+
 #include "platform/text/NumberText.h"
 
 namespace orv {
@@ -18,11 +20,12 @@ bool GeoidModel_GeoNZ97_LAT2006::Calculate(double latitude, double longitude, do
                                            std::wstring& text) {
     double height = 0.0, north = 0.0, east = 0.0;
     if (GeoNZ97At(*table, latitude, longitude, &height, &north, &east) < 0) return Answer(kGeoidOutside);
+    if (!std::isfinite(height)) return Answer(GeoidReason::NoData);
     value = height;
     if (grid.info.status != kGeoidOk) return Answer(grid.info.Reason());
     double reduction = 0.0;
     const int code = grid.Grid_interpolation(longitude, latitude, kRules, reduction);
-    if (code != kGeoidOk) return Answer(code);
+    if (code != kGeoidOk || !std::isfinite(reduction)) return Answer(code != kGeoidOk ? code : kGeoidNoData);
     reduction /= unitFactor;
     text += L" MSL:" + FixedText(reduction, 4) + unitLabel;
     value += reduction;

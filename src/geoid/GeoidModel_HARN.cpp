@@ -101,7 +101,7 @@ bool GeoidModel_HARN::CalculateLocalEllipsCorrection(double latitude, double lon
 void GeoidModel_HARN::Sweep() {
     const std::lock_guard lock(mutex);
     const double now = CExTime::GetCurTime();
-    if (now - lastSweep < kVdatumKeptMilliseconds) return;
+    if (IsRecent(lastSweep, now)) return;
     lastSweep = now;
     DropUnused(longitudes, now);
     DropUnused(latitudes, now);

@@ -48,6 +48,7 @@ int GeoidModel_OSGM::ReadGrid(std::string_view text) {
         float value = 0.0f;
         for (int n = 0; n < 8 && in.Float(value); ++n) values.push_back(value);
     }
+    values.shrink_to_fit();
     if (static_cast<std::int64_t>(values.size()) == std::int64_t{frame.rows} * frame.columns) return kGeoidOk;
     info.error = L"No data in file " + relativeName;
     return kGeoidNoData;

@@ -19,6 +19,8 @@ constexpr std::uint64_t kHeaderRecord = 16;
 constexpr std::uint64_t kOverviewRecords = 11;  // of the file, before the first grid
 constexpr std::uint64_t kNameRecords = 4;       // SUB_NAME to UPDATED
 
+constexpr int kNeverSettles = -5;  // told as outside; the other grid isn't asked then
+
 // The shift at a shifted position: looked up again and again at where the last shift leads back to, until one of the
 // two coordinates stands still.
 int InterpolateBack(const NtvTwoSubgrid& grid, double p, double q, double& a, double& b) {
@@ -31,7 +33,7 @@ int InterpolateBack(const NtvTwoSubgrid& grid, double p, double q, double& a, do
         if (code != kGeoidOk) return code;
         if (pass > 1 && (std::fabs(lastB - b) <= enough || std::fabs(lastA - a) <= enough)) return kGeoidOk;
     }
-    return kGeoidOutside;
+    return kNeverSettles;
 }
 
 }  // namespace
@@ -115,7 +117,7 @@ bool GeoidModel_RDNAP2018_hor::CalculateLocalEllipsCorrection(double latitude, d
         return direct ? grid.Interpolate(p, q, a, b) : InterpolateBack(grid, p, q, a, b);
     };
     int code = shift(subgrids[1]);
-    if (code != kGeoidOk) code = shift(subgrids[0]);
+    if (code != kGeoidOk && code != kNeverSettles) code = shift(subgrids[0]);
     if (code != kGeoidOk) return Answer(code);
     return DeliverShift(a / -3600, b / 3600, dLatitude, dLongitude);
 }

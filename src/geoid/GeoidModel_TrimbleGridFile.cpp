@@ -93,8 +93,18 @@ bool GeoidModel_TrimbleGridFile::Calculate(double latitude, double longitude, do
         default:
             return Answer(GeoidReason::NotSupported);
     }
-    if (code != kGeoidOk && !tile->error.empty()) return Answer(GeoidReason::NoFile);
+    if (code != kGeoidOk && !tile->error.empty()) {
+        return Answer(header.NodeSize() == 0 ? GeoidReason::BadHeader : GeoidReason::NoFile);
+    }
     return Deliver(code, height, value);
+}
+
+std::wstring GeoidModel_TrimbleGridFile::ErrorText() const {
+    if (!error.empty()) return error;
+    for (const auto& tile : tiles.List()) {
+        if (!tile->error.empty()) return tile->error;
+    }
+    return {};
 }
 
 TileCache<GeoidModel_TrimbleGridFile::FileInfo>::Pointer GeoidModel_TrimbleGridFile::MakeTile(double& x,

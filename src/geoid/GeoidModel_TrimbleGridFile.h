@@ -27,7 +27,8 @@ public:
 
     const TileCache<FileInfo>& Tiles() const { return tiles; }
     const Header& FileHeader() const { return header; }
-    const std::wstring& ErrorText() const { return error; }
+    /// Why the file, or the first tile that has no values, couldn't be read; empty without such.
+    std::wstring ErrorText() const;
 
     /// A missing file is told once in a process, whichever object finds it missing.
     static std::atomic<bool> m_bNoFileReported;

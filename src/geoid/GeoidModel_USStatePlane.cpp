@@ -232,13 +232,13 @@ GeoidModel_USStatePlane::Tidal GeoidModel_USStatePlane::LookUpTides(double latit
 }
 
 void GeoidModel_USStatePlane::Sweep(double now) {
-    if (now - lastSweep < kVdatumKeptMilliseconds) return;
+    if (IsRecent(lastSweep, now)) return;
     lastSweep = now;
     DropUnused(geoids, now);
     DropUnused(areas, now);
     DropUnused(charts, now);
     for (TidalBoundary& boundary : boundaries) {
-        if (now - boundary.lastUse >= kVdatumKeptMilliseconds) boundary.polygons.clear();
+        if (!IsRecent(boundary.lastUse, now)) boundary.polygons.clear();
     }
 }
 

@@ -6,6 +6,12 @@
 
 namespace orv {
 
+namespace {
+
+constexpr std::uint64_t kLongestGrid = std::uint64_t{1} << 36;  // far beyond any; memory is asked for by what is there
+
+}  // namespace
+
 int GridFileInfo::NoDataInFile() {
     error = L"No data in file " + fileName;
     return kGeoidNoData;
@@ -35,7 +41,7 @@ bool ReadGridFile(int location, std::wstring_view relative, GridFileInfo& info, 
 bool ReadGridFile(std::wstring path, GridFileInfo& info, std::string& bytes) {
     info = {};
     info.fileName = std::move(path);
-    info.opened = ReadWholeFile(info.fileName, bytes) == FsResult::Ok;
+    info.opened = ReadWholeFile(info.fileName, bytes, Share::DenyWrite, kLongestGrid) == FsResult::Ok;
     if (!info.opened) info.error = L"Failed to open file " + info.fileName;
     return info.opened;
 }

@@ -62,6 +62,7 @@ struct KilometreGrid {
             if (fields.easting == firstEasting) ++rows;
             nodes.push_back(node);
         }
+        nodes.shrink_to_fit();
     }
 
     /// False outside and where the file was too short. Truncates toward zero, so the kilometre west and the one south

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <type_traits>
 
 #include "platform/text/Utf.h"
@@ -13,6 +14,14 @@ void TextScan::SkipBlanks() {
     rest.remove_prefix(start == std::string_view::npos ? rest.size() : start);
 }
 
+namespace {
+
+bool IsTiny(const char* first, const char* last) {
+    return std::fabs(std::strtod(std::string(first, last).c_str(), nullptr)) < 1.0;
+}
+
+}  // namespace
+
 template <class Number>
 bool TextScan::Take(Number& value, std::size_t width) {
     SkipBlanks();
@@ -22,9 +31,13 @@ bool TextScan::Take(Number& value, std::size_t width) {
     if (plus && !field.empty() && field.front() == '-') return false;
     Number number{};
     const auto [stop, error] = std::from_chars(field.data(), field.data() + field.size(), number);
-    if (error != std::errc()) return false;
     if constexpr (std::is_floating_point_v<Number>) {
+        // What is too small to tell from 0 is 0; what is too large is no number.
+        if (error == std::errc::result_out_of_range && !IsTiny(field.data(), stop)) return false;
+        if (error != std::errc() && error != std::errc::result_out_of_range) return false;
         if (!std::isfinite(number)) return false;
+    } else if (error != std::errc()) {
+        return false;
     }
     value = number;
     rest.remove_prefix(static_cast<std::size_t>(stop - rest.data()));

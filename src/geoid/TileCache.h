@@ -82,7 +82,7 @@ public:
         while (changed.size() > 40) Evict(changed);
         const Pointer tile = make();
         if (tile) changed.push_back(tile);
-        Publish(std::make_shared<const Tiles>(std::move(changed)));
+        if (tile || changed.size() != tiles->size()) Publish(std::make_shared<const Tiles>(std::move(changed)));
         See(stamp, tiles);
         return tile.get();
     }

@@ -140,7 +140,7 @@ bool VdatumGrid::Load() {
 
 void DropUnused(std::vector<VdatumGrid>& list, double now) {
     for (VdatumGrid& held : list) {
-        if (held.grid && now - held.lastUse >= kVdatumKeptMilliseconds) held.grid.reset();
+        if (held.grid && !IsRecent(held.lastUse, now)) held.grid.reset();
     }
 }
 

@@ -44,6 +44,10 @@ ORV_EXPORT std::vector<VdatumGrid> ReadInf(std::wstring_view folder, std::string
 
 /// Values and lists that nobody asked for in this time are dropped; looked at no more often than that.
 inline constexpr double kVdatumKeptMilliseconds = 180000.0;
+/// A clock that was set back makes everything old, or nothing would be dropped until it has caught up.
+inline bool IsRecent(double then, double now) {
+    return now >= then && now - then < kVdatumKeptMilliseconds;
+}
 void DropUnused(std::vector<VdatumGrid>& list, double now);
 
 /// Folder of the tree, ends in a separator; empty when the installation has none.

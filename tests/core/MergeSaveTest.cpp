@@ -2,6 +2,7 @@
 
 #include <sys/wait.h>
 #include <unistd.h>
+#include <atomic>
 
 #include "core/ProtectedFileObject.h"
 #include "platform/notify/Notices.h"
@@ -90,7 +91,7 @@ TEST(MergeSave, SignedFilesStaySignedAndOldPagesStayOldPages) {
 TEST(SaveLock, OneHolderAtATimeAndTheDeadLetGo) {
     const test::TempFolder folder;
     const std::wstring path = folder / L"Ship.vcf";
-    int inside = 0, saves = 0;
+    std::atomic<int> inside = 0, saves = 0;
     test::InEightThreads([&](unsigned) {
         for (int i = 0; i < 20; ++i) {
             SaveLock lock(path);

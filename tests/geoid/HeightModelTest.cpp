@@ -208,6 +208,8 @@ TEST_F(HeightModel, NorthSeaReduction) {
         EXPECT_EQ(HeightAt(*model, g.south + 5.5 * g.dy, g.west + 6.5 * g.dx), kUntouched) << "no data";
         EXPECT_EQ(HeightAt(*model, g.south + g.dy, 4.3), kUntouched) << "exactly one cell in";
     }
+    GeoidFolders::Write(path, Gravsoft(g, 777, false, std::numeric_limits<float>::infinity()));
+    EXPECT_FALSE(MakeModel(22)->Calculate(g.south + 5.5 * g.dy, g.west + 6.5 * g.dx, 0, 0, value, text));
 }
 
 }  // namespace

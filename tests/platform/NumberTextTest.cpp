@@ -96,6 +96,16 @@ TEST(NumberText, FixedTextRoundsAsC) {
         {0.125, 2, L"0.12"}, {-0.001, 2, L"-0.00"}, {1, -3, L"1"}, {-std::nan(""), 2, L"nan"}};
     for (const auto& [value, decimals, text] : fixed) EXPECT_EQ(FixedText(value, decimals), text) << value;
     EXPECT_EQ(FixedText(-std::numeric_limits<double>::max(), 1000).size(), 1u + 309 + 1 + 40);
+    // Near halves, where a scaled product may round the other way than the figure itself.
+    for (int n = 0; n < 20000; ++n) {
+        const int decimals = n % 10;
+        double value = std::ldexp((n * 7919) % 100003 - 50001, n % 40 - 30);
+        if (n % 3 == 0) value = (std::round(value) + 0.5) / std::pow(10, decimals);
+        if (n % 2 == 0) value = std::nextafter(value, n % 4 ? 1e300 : -1e300);
+        std::array<char, 400> c{};
+        std::snprintf(c.data(), c.size(), "%.*f", decimals, value);
+        ASSERT_EQ(FixedText(value, decimals), FromUtf8(c.data())) << value;
+    }
 }
 
 }  // namespace orv::test
