@@ -118,17 +118,17 @@ void CFileTypeList::SetFileClientPermissions(const std::wstring& key, bool suppo
 }
 
 bool CFileTypeList::GetFirst(Iterator& iterator, std::wstring& key, CFileType*& type) const {
-    iterator = types.begin();
-    return Give(iterator, key, type);
+    GetFirst(iterator);
+    return GetNext(iterator, key, type);
 }
 
 bool CFileTypeList::GetNext(Iterator& iterator, std::wstring& key, CFileType*& type) const {
-    if (iterator == types.end()) return false;
-    ++iterator;
-    return Give(iterator, key, type);
+    if (!iterator.beforeFirst && iterator.at != types.end()) ++iterator.at;
+    iterator.beforeFirst = false;
+    return Give(iterator.at, key, type);
 }
 
-bool CFileTypeList::Give(Iterator iterator, std::wstring& key, CFileType*& type) const {
+bool CFileTypeList::Give(Map::const_iterator iterator, std::wstring& key, CFileType*& type) const {
     if (iterator == types.end()) return false;
     key = iterator->first;
     type = iterator->second.get();

@@ -19,7 +19,10 @@ inline constexpr unsigned kNoFileType = static_cast<unsigned>(-1);
 class ORV_EXPORT CFileTypeList {
 public:
     using Map = std::map<std::wstring, std::unique_ptr<CFileType>, std::less<>>;
-    using Iterator = Map::const_iterator;
+    struct Iterator {
+        Map::const_iterator at;
+        bool beforeFirst = false;
+    };
 
     /// Fills the registry. Again: permissions and rows stay, display attributes are set anew. A missing definition file
     /// leaves all descriptions empty.
@@ -37,6 +40,8 @@ public:
     void GetFilePermissions(const std::wstring& key, bool& supported, bool& create, bool& select) const;
     void SetFileClientPermissions(const std::wstring& key, bool supported, bool select, bool create);
 
+    /// Stands before the first row: `GetNext` gives it.
+    void GetFirst(Iterator& iterator) const { iterator = {types.begin(), true}; }
     bool GetFirst(Iterator& iterator, std::wstring& key, CFileType*& type) const;  ///< false if the registry is empty
     bool GetNext(Iterator& iterator, std::wstring& key, CFileType*& type) const;   ///< false at the end
     bool UserGeneralUsed() const;  ///< whether any row has the user's general folder (location 5)
@@ -45,7 +50,7 @@ private:
     void AddFileType(const FileObject& ini, const std::wstring& key, unsigned id, const std::wstring& extension,
                      int location, const std::wstring& defaultName, ClassReference editor, ClassReference creator,
                      unsigned bitmapId, int exportFilter, bool viewable);
-    bool Give(Iterator iterator, std::wstring& key, CFileType*& type) const;
+    bool Give(Map::const_iterator iterator, std::wstring& key, CFileType*& type) const;
     Map types;
     CFileType* unknown = nullptr;
 };

@@ -292,6 +292,8 @@ void ConfigText::AppendToWalk(std::uint32_t section, std::uint32_t item) {
 
 void ConfigText::UnlinkFromWalk(std::uint32_t item) {
     const Line& gone = lines[item];
+    const std::uint32_t before = gone.previousItem;
+    goneItem = {gone.stamp, before == kNone ? 0 : lines[before].stamp, before};
     Section& owner = sections[gone.section];
     (gone.previousItem == kNone ? owner.firstItem : lines[gone.previousItem].nextItem) = gone.nextItem;
     (gone.nextItem == kNone ? owner.lastItem : lines[gone.nextItem].previousItem) = gone.previousItem;
@@ -537,6 +539,10 @@ std::uint32_t ConfigText::SectionOfStamp(std::uint64_t stamp, std::uint32_t plac
 
 std::uint32_t ConfigText::SectionAfter(std::uint64_t stamp, std::uint32_t place) const {
     if (stamp != 0 && place < sections.size() && sections[place].stamp == stamp) return sections[place].next;
+    if (stamp != 0 && goneSection.stamp == stamp) {
+        if (goneSection.before == kNone) return firstSection;
+        if (sections[goneSection.before].stamp == goneSection.beforeStamp) return sections[goneSection.before].next;
+    }
     for (std::uint32_t at = firstSection; at != kNone; at = sections[at].next) {
         if (sections[at].stamp > stamp) return at;
     }
@@ -586,6 +592,8 @@ std::uint32_t ConfigText::AddSection(std::string_view name) {
 
 void ConfigText::FreeSection(std::uint32_t place) {
     Section& section = sections[place];
+    const std::uint32_t before = section.previous;
+    goneSection = {section.stamp, before == kNone ? 0 : sections[before].stamp, before};
     (section.previous == kNone ? firstSection : sections[section.previous].next) = section.next;
     (section.next == kNone ? lastSection : sections[section.next].previous) = section.previous;
     sectionTable.Erase(Fold(section.hash), place);
@@ -673,6 +681,13 @@ std::uint32_t ConfigText::ItemAfter(std::uint32_t section, std::uint64_t stamp, 
     if (stamp != 0 && place < lines.size() && lines[place].stamp == stamp && lines[place].kind == Kind::Item &&
         lines[place].section == section) {
         return lines[place].nextItem;
+    }
+    if (stamp != 0 && goneItem.stamp == stamp) {
+        const std::uint32_t before = goneItem.before;
+        if (before == kNone) return sections[section].firstItem;
+        if (lines[before].kind == Kind::Item && lines[before].stamp == goneItem.beforeStamp) {
+            return lines[before].nextItem;
+        }
     }
     for (std::uint32_t at = sections[section].firstItem; at != kNone; at = lines[at].nextItem) {
         if (lines[at].stamp > stamp) return at;

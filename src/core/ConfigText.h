@@ -130,6 +130,11 @@ private:
         std::uint64_t stamp = 0;  // 0: free place
         bool repeated = false;    // more than one header line, or a key more than once
     };
+    /// What was deleted last and what stood before it, so that a walk that deletes where it stands goes on from there.
+    struct Gone {
+        std::uint64_t stamp = 0, beforeStamp = 0;
+        std::uint32_t before = kNone;
+    };
     /// Open addressing over places; the hash stands beside the place so that a probe rarely leaves the table.
     struct Slot {
         std::uint32_t hash = 0, place = kNone;
@@ -179,6 +184,7 @@ private:
     std::vector<std::uint32_t> freeSections;
     std::uint32_t firstSection = kNone, lastSection = kNone;
     Table sectionTable, itemTable;
+    Gone goneSection, goneItem;
     std::uint64_t nextStamp = 1;
     textencoding::type encoding = textencoding::utf8;
     bool lineFeedOnly = false;

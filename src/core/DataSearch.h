@@ -73,7 +73,8 @@ public:
     void DisableAppDefReq() { useAppDef = false; }  ///< later merges ignore the application definition
     /// Opens a project by name, or the current one of the settings when empty; a name given becomes the current project
     /// in memory. What `ProjectDefinition::Init` does to the disk is told there. On false the reason is in the status
-    /// or, when that is 0, in `GetProjectDefinition().LastProblem()`.
+    /// or, when that is 0, in `GetProjectDefinition().LastProblem()`. The history and disk space workers are stopped:
+    /// the host starts them again for the project that is open then.
     bool InitProject(std::wstring projectName, bool saveCoordSys);
     /// The small project file that carries only a coordinate system, made on first use.
     bool InitProjectSUI();

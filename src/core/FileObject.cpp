@@ -225,9 +225,25 @@ fhandle FileObject::open(std::wstring_view path, int flags) const {
 
 // ---- saving
 
+namespace {
+
+bool HasCopyAside(std::wstring_view path) {
+    const std::wstring folder = GetFolderFromPath(path), pattern = GetNameFromPath(path) + L".damaged-*";
+    std::string bytes, copy;
+    for (const FolderEntry& entry : FindFiles(folder, pattern)) {
+        if (entry.isFolder || (bytes.empty() && ReadWholeFile(path, bytes) != FsResult::Ok)) continue;
+        if (ReadWholeFile(folder + entry.name, copy) == FsResult::Ok && copy == bytes) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
 // Once for each reading: what is saved after that is ours.
 bool FileObject::PutAside(std::wstring_view path) {
     if (keptAside || !FileExists(path)) return true;
+    // A file that can't be rewritten comes back as it is each time: one copy of it will do.
+    if (HasCopyAside(path)) return keptAside = true;
     const CalendarTime now = UtcCalendar(TheClock().UtcMilliseconds() / 1000);
     const auto two = [](int number) { return (number < 10 ? L"0" : L"") + IntText(number); };
     const std::wstring stem = std::wstring(path) + L".damaged-" + IntText(now.year) + two(now.month) + two(now.day) +

@@ -231,14 +231,17 @@ bool ProtectedFileObject::Decipher() {
     if (line != std::string::npos) bytes.erase(0, line + kEncryptedLine.size());
     PadToBlock(bytes);
     if (!BlowfishDecipher(bytes, kCipherKey)) return false;
-    // Into another object first: what doesn't decipher must leave this one able to try again.
+    // Into another object first: what doesn't decipher has no sections, and must leave this one able to try again.
+    FobjSection cursor;
+    std::wstring first;
     ProtectedFileObject plain;
-    bool valid = false;
     if (!plain.FileObject::FileOpen(memfile(bytes.data(), bytes.size(), textencoding::utf8bom), path) ||
-        !plain.HasNewStyleChecksum(true, valid)) {
+        !plain.GetFirstSectionEntry(cursor, first) ||
+        !FileObject::FileOpen(memfile(bytes.data(), bytes.size(), textencoding::utf8bom), path)) {
         return false;
     }
-    return FileObject::FileOpen(memfile(bytes.data(), bytes.size(), textencoding::utf8bom), path);
+    bool valid = false;
+    return HasNewStyleChecksum(true, valid);  // without a signature the content is there all the same
 }
 
 bool ProtectedFileObject::Encipher() {

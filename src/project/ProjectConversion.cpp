@@ -114,9 +114,11 @@ bool ProjectDefinition::CheckVesselPosCompGeoidModelCfg() {
         if (!CheckLinkedCompCfg(*vessel, true)) return good = false;
         MarkConverted(*vessel);
         if (!CheckUserCompCfg(*vessel) || !SaveGeoidInfoToDB()) return good = false;
+        // Its geodesy is in the coordinate system by now, so a vessel that can't be written doesn't hold the project
+        // up.
         if (!vessel->FileSave(path, kSave)) {
-            return good = Fail(L"The converted vessel " + path + L" can't be saved: " +
-                               std::wstring(FsResultText(vessel->LastResult())) + L".");
+            Notify(Notice::Information, L"The converted vessel " + path + L" can't be saved: " +
+                                            std::wstring(FsResultText(vessel->LastResult())) + L".");
         }
         return true;
     });
@@ -245,7 +247,7 @@ bool ProjectDefinition::SaveGeoidInfoToDB() {
     if (reduceHeightToGeoid && geoidSeparationMode != kReceiverSupplied) {
         if (geoidSeparationMode == kManualInput) {
             changed = database->AddManualSeparation(group, system, key, geoidManualSeparation, true);
-        } else {
+        } else if (geoidSeparationMode > kManualInput) {
             const std::wstring file = EqualNoCase(geoidFileName, L"Default") ? std::wstring() : geoidFileName;
             changed = database->AddGeoidModel(group, system, key, file, true);
         }

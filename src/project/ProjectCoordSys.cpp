@@ -170,10 +170,6 @@ void GetCoordSysData(const ProtectedFileObject* file, std::wstring& group, std::
                      std::wstring& unit, std::wstring& geoidName, std::wstring& geoidFile, std::wstring& chartDatum,
                      std::wstring& postName, std::wstring& postFile) {
     if (!file) return;
-    for (std::wstring* text :
-         {&group, &system, &key, &unit, &geoidName, &geoidFile, &chartDatum, &postName, &postFile}) {
-        text->clear();  // what the file lacks mustn't come from the one before
-    }
     file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[7], group);
     file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[8], system);
     file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[12], key);

@@ -229,7 +229,7 @@ bool ProjectDefinition::ReadUnits() {
     }
     std::wstring unitName;
     if (!GetItem(COORDSYSTEM_SECTION, coordsystemKeys[10], unitName)) return Fail(L"The project names no system unit.");
-    if (!HasProjectUnitExisted(unitsFile, unitName) && !AddSystemUnit(unitsFile, unitsPath, unitName)) {
+    if (!HasProjectUnitExisted(unitsFile, unitName) && !AddSystemUnit(unitsFile, unitName)) {
         return Fail(L"The system unit \"" + unitName + L"\" is in neither the units file nor the coordinate database.");
     }
     for (int kind = 1; kind < kUnitKinds; ++kind) {
@@ -252,8 +252,7 @@ bool ProjectDefinition::HasProjectUnitExisted(const FileObject& unitsFile, const
 }
 
 // A coordinate system may bring a unit of its own; the units file, which all projects share, learns it.
-bool ProjectDefinition::AddSystemUnit(FileObject& unitsFile, const std::wstring& unitsPath,
-                                      const std::wstring& unitName) {
+bool ProjectDefinition::AddSystemUnit(FileObject& unitsFile, const std::wstring& unitName) {
     OrvGeoDatabaseBase* database = GetGeoDatabase();
     if (!database) return false;
     std::wstring text, mnemonic;
@@ -261,9 +260,12 @@ bool ProjectDefinition::AddSystemUnit(FileObject& unitsFile, const std::wstring&
     int number = 0;
     if (!database->UnitDefinition(unitName, text, mnemonic, factor, number)) return false;
     unitsFile.SetItem(kUnitKindNames[kSystemUnits], unitName, FixedText(factor, 6) + L"," + mnemonic, true);
-    ReadOnlyLift lift(unitsPath);
-    // What follows reads from memory if the file can't be changed; the next start tries again.
-    if (unitsFile.FileSave(unitsPath, kSave)) unitsFile.FileOpen(unitsPath, kOpenRead);
+    // Into the units file of today, whatever day of the history was read. What follows reads from memory if it can't be
+    // changed; the next start tries again.
+    std::wstring path;
+    if (!DataSearch::GetDataSearch().GetFullPathForWriting(kFileTypeUnits, path)) return true;
+    ReadOnlyLift lift(path);
+    if (unitsFile.FileSave(path, kSave)) unitsFile.FileOpen(path, kOpenRead);
     return true;
 }
 

@@ -163,7 +163,7 @@ private:
     bool ReadFormats();
     bool ReadUnits();
     bool HasProjectUnitExisted(const FileObject& unitsFile, const std::wstring& unitName) const;
-    bool AddSystemUnit(FileObject& unitsFile, const std::wstring& unitsPath, const std::wstring& unitName);
+    bool AddSystemUnit(FileObject& unitsFile, const std::wstring& unitName);
     bool LoadUnit(const FileObject& unitsFile, int kind);
     CoordSysNames ReadCoordSysNames() const;
     void WriteDefaultFormats(bool onlyMissing);

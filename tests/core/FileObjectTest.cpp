@@ -269,6 +269,40 @@ TEST(FileObject, DamagedTextIsPutAsideBeforeItIsOverwritten) {
     ASSERT_EQ(entries.size(), 2u);
     EXPECT_EQ(entries[1].name.substr(0, 14), L"a.ini.damaged-");
     EXPECT_EQ(ReadBytes(folder / entries[1].name), damaged);
+
+    WriteBytes(folder / L"a.ini", damaged);  // as a file that can't be rewritten looks at the next start
+    FileObject again;
+    ASSERT_TRUE(again.FileOpen(folder / L"a.ini", kOpenRead) && again.FileSave(L"", kSave));
+    ASSERT_EQ(Files().List(folder.Path(), entries), FsResult::Ok);
+    EXPECT_EQ(entries.size(), 2u) << "one copy of the same bytes is enough";
+}
+
+// A walk sees everything once and in order, whatever it deletes on its way.
+TEST(FileObject, WalksThatDelete) {
+    for (unsigned pattern = 0; pattern < 256; ++pattern) {
+        std::string text;
+        for (const char name : std::string("abcdefgh")) text += std::string("[") + name + "]\nk" + name + "=1\n";
+        FileObject file = Opened(text + "[items]\na=\nb=\nc=\nd=\ne=\nf=\ng=\nh=\n");
+        std::wstring seen, name, value;
+        FobjSection cursor;
+        unsigned n = 0;
+        for (bool more = file.GetFirstSectionEntry(cursor, name); more && name.size() == 1; ++n) {
+            seen += name;
+            if (pattern >> n & 1) file.DeleteSection(cursor, name);
+            if (pattern >> (n + 3) % 8 & 1 && n > 1) file.DeleteSection(std::wstring(1, L"abcdefgh"[n - 2]));
+            more = file.GetNextSectionEntry(cursor, name);
+        }
+        n = 0;
+        for (bool more = file.GetFirstMapEntry(cursor, L"items", name, value); more; ++n) {
+            seen += name;
+            if (pattern >> n & 1) file.DeleteItem(L"items", name, false);
+            if (pattern >> (n + 3) % 8 & 1 && n > 1) {
+                file.DeleteItem(L"items", std::wstring(1, L"abcdefgh"[n - 2]), true);
+            }
+            more = file.GetNextMapEntry(cursor, name, value);
+        }
+        ASSERT_EQ(seen, L"abcdefghabcdefgh") << pattern;
+    }
 }
 
 // Any sequence of changes must leave an object that agrees with a plain map, and whose text reads back the same.

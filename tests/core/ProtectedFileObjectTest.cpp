@@ -157,6 +157,13 @@ TEST_F(ProtectedFile, EnciphersAndBack) {
     EXPECT_TRUE(again.GetItem(L"B", L"x", value) && value == L"\u00C4 1");
     EXPECT_EQ(again.Verify(), ProtectedFileObject::Verification::Valid);
 
+    WriteBytes(path, "[A]\r\nx=1\r\n");
+    ProtectedFileObject unsignedFile;
+    ASSERT_TRUE(unsignedFile.FileObject::FileOpen(path, kOpenRead) && unsignedFile.Encrypt());
+    ASSERT_TRUE(again.FileOpen(path, false, kOpenRead));
+    EXPECT_FALSE(again.Encrypt()) << "it has no signature";
+    EXPECT_TRUE(again.GetItem(L"A", L"x", value) && value == L"1") << "what it holds is there all the same";
+
     WriteBytes(path, "[Encrypted]\r\n" + std::string(64, '\x5A'));
     ASSERT_TRUE(again.FileOpen(path, false, kOpenRead));
     EXPECT_FALSE(again.Encrypt());
