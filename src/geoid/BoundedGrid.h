@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -21,6 +23,7 @@ struct BoundedGrid {
     double dx = 0.0, dy = 0.0;    ///< widths of a cell, see SetSteps
     std::vector<float> values;
     bool opened = false;
+    bool complete = false;  ///< known to have data at every node, see Examine
 
     bool Usable() const { return headerStatus == kGeoidOk && bodyStatus == kGeoidOk; }
     GeoidReason Reason() const {
@@ -28,6 +31,16 @@ struct BoundedGrid {
         return headerStatus != kGeoidOk ? GeoidReason::BadHeader : GeoidReason::NoData;
     }
 
+    auto NodeTest() const {
+        return [most = zhi + 0.0001, least = zlo - 0.0001](double node) {
+            return node <= most && node >= least ? kGeoidOk : kGeoidNoData;
+        };
+    }
+    /// To be called once everything is read: what is asked of all nodes now needn't be asked at each position.
+    void Examine() {
+        complete = std::all_of(values.begin(), values.end(),
+                               [test = NodeTest()](float node) { return IsNumber(node) && test(node) == kGeoidOk; });
+    }
     /// To be called once counts and bounds are known.
     void SetSteps() {
         dx = (xhi - xlo) / (nx - 1);
@@ -43,10 +56,12 @@ struct BoundedGrid {
         cell.v = fy - cell.j;
         return TruncToInt(static_cast<double>(std::int64_t{nx} * cell.j) + fx, k);
     }
-    auto NodeTest() const {
-        return [most = zhi + 0.0001, least = zlo - 0.0001](double node) {
-            return node <= most && node >= least ? kGeoidOk : kGeoidNoData;
-        };
+    template <std::size_t Side>
+    int Take(const NodeBlock<Side>& block, std::array<float, Side * Side>& nodes) const {
+        if (complete)
+            return TakeNodes(
+                values, 1, block, [](float) { return kGeoidOk; }, nodes);
+        return TakeNodes(values, 1, block, NodeTest(), nodes);
     }
 };
 

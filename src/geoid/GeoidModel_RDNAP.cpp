@@ -18,6 +18,7 @@ FileInfo ReadGrid(std::wstring_view relative) {
     if (info.opened) {
         info.headerStatus = GeoidModel_RDNAP::ReadHeaher(AsBytes(bytes), info);
         info.bodyStatus = GeoidModel_RDNAP::ReadBody(AsBytes(bytes), info);
+        info.Examine();
     } else {
         info.error = file.error;  // in the place of the header's "does not exist"
     }
@@ -71,7 +72,7 @@ int GeoidModel_RDNAP::Grid_interpolation(const FileInfo& grid, double x, double 
     std::int64_t k = 0;
     if (!grid.Pick(x, y, cell, k)) return kGeoidOutside;
     std::array<float, 16> nodes{};
-    const int code = TakeNodes(grid.values, 1, NodeBlock<4>{k - grid.nx - 1, grid.nx}, grid.NodeTest(), nodes);
+    const int code = grid.Take(NodeBlock<4>{k - grid.nx - 1, grid.nx}, nodes);
     if (code != kGeoidOk) return code;
     // The row weights are those of the distance from the north, in reverse.
     result = KernelSum(nodes, Reversed(KernelWeights(1 - cell.v)), KernelWeights(cell.u));

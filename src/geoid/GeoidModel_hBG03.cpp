@@ -40,6 +40,7 @@ BoundedGrid ReadGrid(const Layout& layout) {
     grid.fileName = file.fileName;
     if (grid.opened) {
         grid.values = GeoidModel_hBG03::ReadBody(text, layout.column, layout.width);
+        grid.Examine();
         grid.bodyStatus = grid.values.empty() ? file.NoDataInFile() : kGeoidOk;
     }
     grid.error = file.error;
@@ -77,7 +78,7 @@ int GeoidModel_hBG03::Grid_interpolation(const FileInfo& grid, double x, double 
     std::int64_t k = 0;
     if (!grid.Pick(x, y, cell, k)) return kGeoidOutside;
     std::array<float, 4> q{};
-    const int code = TakeNodes(grid.values, 1, NodeBlock<2>{k, grid.nx}, grid.NodeTest(), q);
+    const int code = grid.Take(NodeBlock<2>{k, grid.nx}, q);
     if (code == kGeoidOk) result = BilinearSingleDifferences(q, cell.u, cell.v);
     return code;
 }

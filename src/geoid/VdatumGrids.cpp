@@ -56,7 +56,7 @@ struct MiddleSpline {
     }
 };
 
-// A spline over `Size` x `Size` nodes around a cell: along the rows, then across them. False where the grid lacks one.
+// A spline over `Size` x `Size` nodes around a cell. False where the grid lacks one.
 template <std::size_t Size>
 bool SplineValue(const GtxGrid& grid, std::int32_t row, std::int32_t column, double u, double v, double& value) {
     static constexpr MiddleSpline<Size> spline;
@@ -68,12 +68,12 @@ bool SplineValue(const GtxGrid& grid, std::int32_t row, std::int32_t column, dou
     if (first + (Size - 1) * columns + Size > grid.values.size()) return false;
     const float* node = &grid.values[first];
     const auto along = spline.At(u), across = spline.At(v);
-    double sum = 0.0;
+    typename MiddleSpline<Size>::Weights down{};  // a column each, so that they go on side by side
     for (std::size_t r = 0; r < Size; ++r, node += columns) {
-        double inRow = 0.0;
-        for (std::size_t c = 0; c < Size; ++c) inRow += along[c] * node[c];
-        sum += across[r] * inRow;
+        for (std::size_t c = 0; c < Size; ++c) down[c] += across[r] * node[c];
     }
+    double sum = 0.0;
+    for (std::size_t c = 0; c < Size; ++c) sum += along[c] * down[c];
     if (std::isnan(sum)) {  // of a node that isn't a number, or of infinite ones that cancel out
         node = &grid.values[first];
         for (std::size_t r = 0; r < Size; ++r, node += columns) {
