@@ -44,7 +44,8 @@ inline constexpr int kNoLimit = 0x7FFFFFFF;
 /// The one object through which an application finds everything: where the system runs from, its settings, the
 /// application definition and the optional user definition, the project, paths, limits, permissions and rights.
 ///
-/// A host calls what `OrvConfigureInitializer` registers and `Initialise` once at start, then `InitProject`.
+/// A host registers what it needs through `OrvConfigureInitializer` (or calls just `RegisterGeoidModels`, if it has no
+/// ports), then `Initialise` once at start, then `InitProject`.
 /// First call on the main thread, before any background work; no lock of its own. Background workers call read queries
 /// only, after `InitProject`. Most queries set the status to 0 first, return false on failure and leave what they don't
 /// fill alone.

@@ -117,7 +117,8 @@ public:
     // Save. Each writes the text as it was read but for what has been changed since.
 
     /// Writes to `name`, or to the current name when it is empty; object, name and title stay. The file has its old
-    /// content or the new one at any moment. False: status 8 (no name) or 9.
+    /// content or the new one at any moment. Of `flags` only the create bit counts: without it the file must be there.
+    /// False: status 8 (no name) or 9.
     bool FileSave(std::wstring_view name, int flags);
     bool FileSave(File& stdioFile) const;
     bool FileSave(memfile& file) const;  ///< in the encoding of `file`

@@ -30,7 +30,7 @@ public:
     bool FileSave(std::wstring_view name, int reserved, int flags);
     bool FileSave(memfile& file);
 
-    /// Puts the checksum of the present content into it. Setters of derived classes call it after each change.
+    /// Puts the checksum of the present content into it. The setters of `OrvIniFile_IO` call it after each change.
     bool CreateCheckSum();
     /// Toggles the file on disk between plain and enciphered form: an object that holds the section "Encrypted" is
     /// read from it, any other is written to it.

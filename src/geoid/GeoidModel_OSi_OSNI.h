@@ -4,8 +4,8 @@
 
 namespace orv {
 
-/// Irish grid: here the local ellipsoid needs no correction. Not in the registry; coordinate systems make it
-/// themselves.
+/// Irish grid: here the local ellipsoid needs no correction. Not in the registry; whoever needs it makes
+/// it.
 class ORV_EXPORT GeoidModel_OSi_OSNI : public GeoidModel {
 public:
     /// True, and the shifts stay as the caller set them.

@@ -47,7 +47,7 @@ bool IsNumber(const Node& node) {
     return true;
 }
 
-/// The one way in which models read nodes: those `at` the given indices, in that order. An index below `lowest` or past
+/// How models read nodes, but for those of a GTX and of a kilometre grid, whose edges are their own: those `at` the given indices, in that order. An index below `lowest` or past
 /// the end is kGeoidOutside; a node that isn't a number is kGeoidNoData; else `test(node)` tells the code.
 template <class Node, std::size_t N, class Test>
 int TakeNodes(const std::vector<Node>& nodes, std::int64_t lowest, const std::array<std::int64_t, N>& at, Test test,

@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <type_traits>
 
 #include "platform/text/Utf.h"
@@ -16,8 +15,11 @@ void TextScan::SkipBlanks() {
 
 namespace {
 
-bool IsTiny(const char* first, const char* last) {
-    return std::fabs(std::strtod(std::string(first, last).c_str(), nullptr)) < 1.0;
+// Of a number that is out of range: it is so small that it has a negative exponent, or nothing in front of its point.
+bool IsTiny(std::string_view number) {
+    const std::size_t exponent = number.find_first_of("eE");
+    if (exponent != std::string_view::npos) return number.substr(exponent + 1).starts_with('-');
+    return number.find_first_of("123456789") > number.find('.');
 }
 
 }  // namespace
@@ -33,7 +35,7 @@ bool TextScan::Take(Number& value, std::size_t width) {
     const auto [stop, error] = std::from_chars(field.data(), field.data() + field.size(), number);
     if constexpr (std::is_floating_point_v<Number>) {
         // What is too small to tell from 0 is 0; what is too large is no number.
-        if (error == std::errc::result_out_of_range && !IsTiny(field.data(), stop)) return false;
+        if (error == std::errc::result_out_of_range && !IsTiny({field.data(), stop})) return false;
         if (error != std::errc() && error != std::errc::result_out_of_range) return false;
         if (!std::isfinite(number)) return false;
     } else if (error != std::errc()) {

@@ -1,5 +1,6 @@
 #include "geoid/GridMath.h"
 
+#include "geoid/TextScan.h"
 #include "support/TestSupport.h"
 
 namespace orv::test {
@@ -51,6 +52,18 @@ TEST(GridMath, TakeNodesInOrder) {
     EXPECT_EQ(blockCode(0, 3, 1), kGeoidOutside);
     EXPECT_EQ(blockCode(1, 4, 0), kGeoidNoData) << "the first that fails tells";
     EXPECT_EQ(blockCode(4, 1, 0), kGeoidOutside) << "one node is missing";
+}
+
+TEST(GridMath, FiguresBeyondTheRangeOfANumber) {
+    for (const auto& [text, read, value] :
+         {std::tuple{" 1e-400", true, 0.0}, {"-0.5", true, -0.5}, {"1e400", false, 7.0}, {"x", false, 7.0}}) {
+        double figure = 7.0;
+        EXPECT_EQ(TextScan(text).Real(figure), read) << text;
+        EXPECT_EQ(figure, value) << text;
+    }
+    double figure = 7.0;
+    EXPECT_TRUE(TextScan("0." + std::string(400, '0') + "1").Real(figure));
+    EXPECT_FALSE(TextScan(std::string(400, '9')).Real(figure));
 }
 
 }  // namespace

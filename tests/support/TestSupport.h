@@ -37,7 +37,7 @@ void InEightThreads(Work work) {
     for (unsigned number = 0; number < 8; ++number) threads.emplace_back([&work, number] { work(number); });
 }
 
-/// Sets an environment variable, the zone or the numeric locale for one test, and puts it back.
+/// Sets the time zone for one test, and puts the old one back.
 class ScopedZone {
 public:
     explicit ScopedZone(const char* zone);  ///< as in TZ, for instance "Europe/Amsterdam"
