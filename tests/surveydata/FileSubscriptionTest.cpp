@@ -83,7 +83,7 @@ TEST(FileSubscription, LooksInTurnBesideAFolderThatIsNeverQuiet) {
     ofBusy.Subscribe(folder / L"busy/other");
     ofPolled.Subscribe(folder / L"later/gauge.tdg");
     test::MakeFolders(folder / L"later");
-    test::WriteBytes(folder / L"later/gauge.tdg", "x");
+    ASSERT_EQ(SaveWholeFile(folder / L"later/gauge.tdg", "x"), FsResult::Ok);
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (polled.Calls() == 0 && std::chrono::steady_clock::now() < end) test::WriteBytes(folder / L"busy/log", "x");
     EXPECT_EQ(polled.Calls(), 1);
@@ -106,7 +106,7 @@ TEST(FileSubscription, FollowsFoldersAndLinks) {
 
     ASSERT_EQ(Files().Rename(folder / L"used", folder / L"aside"), FsResult::Ok);
     test::MakeFolders(folder / L"used");
-    test::WriteBytes(folder / L"used/gauge.tdg", "x");
+    ASSERT_EQ(SaveWholeFile(folder / L"used/gauge.tdg", "x"), FsResult::Ok);
     EXPECT_TRUE(ofFile.Reaches(1));
     ASSERT_EQ(Files().Rename(folder / L"aside", folder / L"used/aside"), FsResult::Ok);  // touches a watched folder
     test::WriteBytes(folder / L"used/aside/gauge.tdg", "of nobody");
@@ -133,7 +133,7 @@ TEST(FileSubscription, SubscriberMayReplaceItself) {
     subscription.SetSubscriber(once, true);
     EXPECT_EQ(gone, 0);
     subscription.Subscribe(folder / L"gauge.tdg");
-    test::WriteBytes(folder / L"gauge.tdg", "x");
+    ASSERT_EQ(SaveWholeFile(folder / L"gauge.tdg", "x"), FsResult::Ok);
     subscription.Check();
     subscription.SetSubscriber(nullptr, false);  // waits, if the other thread was first
     EXPECT_EQ(within, 0);
