@@ -93,10 +93,8 @@ ExitCode Diff(Session& session, const Arguments& arguments) {
     if (!OpenVessel(session, arguments.vessel, vessels[0]) || !OpenVessel(session, arguments.other, vessels[1])) {
         return kCannotRun;
     }
-    for (VesselConfig& vessel : vessels) {  // in memory only
-        vessel.CloseDeviceGaps();
-        vessel.OrderDevices();
-    }
+    bool ordered = true;
+    for (VesselConfig& vessel : vessels) ordered = OrderDevicesOf(session, vessel) && ordered;
     Table table({{"Section", "section"}, {"Key", "key"}, {"First", "first"}, {"Second", "second"}});
     std::set<std::wstring> seen;
     for (const VesselConfig& vessel : vessels) {
@@ -106,7 +104,7 @@ ExitCode Diff(Session& session, const Arguments& arguments) {
     }
     Document::Print(session, table);
     if (table.Empty()) session.Note("no difference");
-    return table.Empty() ? kAllGood : kSomeFailed;
+    return table.Empty() && ordered ? kAllGood : kSomeFailed;
 }
 
 }  // namespace

@@ -76,6 +76,24 @@ std::vector<VesselDevice> DevicesOf(const VesselConfig& vessel) {
     return devices;
 }
 
+bool OrderDevicesOf(Session& session, VesselConfig& vessel) {
+    const unsigned count = vessel.CloseDeviceGaps();
+    if (count == 0 || vessel.HaveDevice(count)) {
+        vessel.OrderDevices();
+        return true;
+    }
+    for (const std::wstring& name : SectionsOf(vessel)) {
+        unsigned no = 0;
+        const bool device = ParseNumberedSection(name, kDeviceWord, no) && name == NumberedSection(kDeviceWord, no);
+        if (name.find(kDeviceWord) == name.npos || (device && no <= count)) continue;
+        session.Problem(PathToBytes(vessel.GetFileName()),
+                        "[" + ToUtf8(name) + "] " + (device ? "is too far behind the others" : "isn't a device") +
+                            ", so the devices can't be ordered",
+                        device ? "Give it the number behind the last one." : "Rename it, without \"DEVICE\" in it.");
+    }
+    return false;
+}
+
 bool HaveDataDefinition(Session& session) {
     static const bool have = DataDefinition::GetDataDefinition().Initialise();
     if (!have) session.Detail("no data definition, so groups have numbers only");

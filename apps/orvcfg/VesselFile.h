@@ -28,6 +28,9 @@ struct VesselDevice {
 std::vector<VesselDevice> DevicesOf(const VesselConfig& vessel);
 /// Numbers of the sections `word(n)`, ascending.
 std::vector<unsigned> NumbersOf(const VesselConfig& vessel, std::wstring_view word);
+/// Closes the gaps in the numbers of the devices and orders them, in memory. False after a problem has been told: what
+/// stands among the devices without being one, or out of reach, counts as one, and ordering would leave holes for it.
+bool OrderDevicesOf(Session& session, VesselConfig& vessel);
 
 /// All that a vessel has, as "vessel show" and the demonstration print it.
 void ReportVessel(Session& session, Document& document, VesselConfig& vessel);

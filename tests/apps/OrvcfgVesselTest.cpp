@@ -85,6 +85,21 @@ TEST_F(OrvcfgVessel, ChangesRenumbersAndExchanges) {
     EXPECT_EQ(ReadBytes(At(L"boat.vcf")), gap);
     EXPECT_EQ(Run({"vessel", "renumber", "boat.vcf"}).code, 0);
     EXPECT_EQ(Run({"vessel", "renumber", "boat.vcf", "--json"}).Json().size(), 0u);
+
+    // Ordering would make holes for what isn't a device of the row.
+    for (const auto& [section, group, words] :
+         {std::tuple("PLUGIN_DEVICE_STATE", "0", "isn't a device"), {"DEVICE(200)", "1", "too far behind"}}) {
+        Put("boat.vcf");
+        Edit("DEVICE(23)", "GroupId", "1");
+        Edit(section, "GroupId", group);
+        EXPECT_NE(Run({"vessel", "renumber", "boat.vcf"}).err.find(words), std::string::npos);
+        EXPECT_EQ(Run({"vessel", "renumber", "boat.vcf", "--json"}).code, 1);
+        const nlohmann::json devices = Run({"vessel", "devices", "boat.vcf", "--json"}).Json();
+        EXPECT_EQ(devices[0]["no"], 1);
+        EXPECT_EQ(devices[20]["no"], 21);
+        EXPECT_EQ(devices[20]["group"], 1) << "the gaps are closed, the order stays";
+        EXPECT_EQ(Run({"vessel", "diff", "boat.vcf", "boat.vcf"}).code, 1);
+    }
 }
 
 }  // namespace
