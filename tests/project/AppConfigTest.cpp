@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/ConfigKeys.h"
 #include "platform/notify/Notices.h"
 #include "platform/service/Translator.h"
 #include "project/AppSelection.h"
@@ -134,7 +135,12 @@ TEST_F(SelectionTest, LeavingTheWizardsPagePutsTheDefinitionInForce) {
     page.Select(0);
     EXPECT_FALSE(page.OnNext()) << "without a project nothing can be saved";
     ASSERT_TRUE(search.GetProjectDefinition().ReOpenFile(installation.ProjectFolder() + L"Project.prj"));
-    EXPECT_TRUE(page.OnNext());
+    const std::wstring types = installation.ProgramFolder() + std::wstring(FILETYPES_DEF_FILENAME);
+    ASSERT_EQ(Files().Rename(types, types + L".aside"), FsResult::Ok);
+    EXPECT_FALSE(page.OnNext() || search.IsInit());
+    EXPECT_EQ(search.GetErrorStatus(), kSearchNoSettings);
+    ASSERT_EQ(Files().Rename(types + L".aside", types), FsResult::Ok);
+    EXPECT_TRUE(page.OnNext()) << "a failed try doesn't close the page";
     EXPECT_TRUE(search.GetAppDef().GetFileTitle() == L"dredge" && search.IsInit());
     ASSERT_TRUE(project.ReOpenFile(installation.ProjectFolder() + L"Project.prj"));
     std::wstring text;
