@@ -53,6 +53,10 @@ TEST(SmartFileImpl, TellsOfOthersSavesAndNotOfItsOwn) {
     EXPECT_FALSE(counter.Within(std::chrono::milliseconds(50), 2));
     file.FileClose();
     EXPECT_FALSE(file.GetFileObject().FileInitialised());
+    file.Unsubscribe();
+    ASSERT_TRUE(other.SetItem(L"A", L"B", 4, false) && other.FileSave(L"", kSave));
+    ASSERT_TRUE(file.FileOpen(3, L"Job"));
+    EXPECT_FALSE(counter.Within(std::chrono::milliseconds(50), 2)) << "from before the subscription";
 }
 
 TEST(VesselEditors, OffsetKeepsItsNameButOnlyOkChangesIt) {
@@ -84,6 +88,10 @@ TEST(VesselEditors, OffsetKeepsItsNameButOnlyOkChangesIt) {
     point.name = L"Bow";
     point.penEntry = 2;
     EXPECT_TRUE(point.GetData(out) && out.pen == 257);
+    point.SetData({L"Stern", 1, -2, 257}, 4);
+    EXPECT_TRUE(point.penEntry == 2 && point.y == -2 && point.name == L"Stern" && point.GetLabels()[1] == L"Z");
+    point.SetData({L"Stern", 1, -2, 2}, 1);
+    EXPECT_FALSE(point.GetData(out)) << "no pen of the list";
     std::wstring labels;
     for (int side = 1; side <= 6; ++side) {
         point.SetViewSide(side);
