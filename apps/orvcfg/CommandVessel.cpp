@@ -212,12 +212,13 @@ ExitCode Set(Session& session, const Arguments& arguments) {
         session.Problem(file, "No device " + std::to_string(arguments.device), "\"orvcfg vessel devices\" shows them.");
         return kSomeFailed;
     }
+    MergeSave merge(vessel);
     if (!row->change(vessel, TextArgument(arguments.value), arguments.device)) {
         session.Problem(file, "\"" + arguments.value + "\" is no value for " + arguments.item,
                         std::string("Expected: ") + row->what + ".");
         return kSomeFailed;
     }
-    if (!SaveVessel(session, vessel)) return kSomeFailed;
+    if (!SaveVessel(session, vessel, merge)) return kSomeFailed;
     session.Note("saved " + file);
     return kAllGood;
 }

@@ -38,11 +38,25 @@ bool OpenVessel(Session& session, const std::string& which, VesselConfig& vessel
     return false;
 }
 
-bool SaveVessel(Session& session, VesselConfig& vessel) {
-    if (vessel.FileSave(L"", kSave)) return true;
-    session.Problem(PathToBytes(vessel.GetFileName()), "Can't be written: " + ToUtf8(FsResultText(vessel.LastResult())),
+namespace {
+
+bool Saved(Session& session, const VesselConfig& vessel, bool saved, FsResult result) {
+    if (saved) return true;
+    session.Problem(PathToBytes(vessel.GetFileName()), "Can't be written: " + ToUtf8(FsResultText(result)),
                     "Check the rights to the file and the space on its disk.");
     return false;
+}
+
+}  // namespace
+
+bool SaveVessel(Session& session, VesselConfig& vessel) {
+    const bool saved = vessel.FileSave(L"", kSave);
+    return Saved(session, vessel, saved, vessel.LastResult());
+}
+
+bool SaveVessel(Session& session, VesselConfig& vessel, MergeSave& merge) {
+    const bool saved = merge.Save();
+    return Saved(session, vessel, saved, merge.LastResult());
 }
 
 std::vector<unsigned> NumbersOf(const VesselConfig& vessel, std::wstring_view word) {

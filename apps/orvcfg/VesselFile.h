@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "core/MergeSave.h"
 #include "project/VesselConfig.h"
 
 namespace orv::cfg {
@@ -15,6 +16,8 @@ bool VesselPath(const Session& session, const std::wstring& name, std::wstring& 
 /// Opens a vessel file: by its path, else by the name of a vessel in the project. False after a problem has been told.
 bool OpenVessel(Session& session, const std::string& which, VesselConfig& vessel);
 bool SaveVessel(Session& session, VesselConfig& vessel);
+/// The same for single changes, which are laid over what hosts have saved since `merge` was made of the vessel as read.
+bool SaveVessel(Session& session, VesselConfig& vessel, MergeSave& merge);
 
 /// One device as tools show it.
 struct VesselDevice {
