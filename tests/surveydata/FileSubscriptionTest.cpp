@@ -1,44 +1,23 @@
 #include "platform/watch/FileSubscription.h"
 
 #include <chrono>
-#include <condition_variable>
 #include <filesystem>
-#include <mutex>
 
 #include "platform/os/FileSystem.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/PathText.h"
+#include "support/CountingSubscriber.h"
 #include "support/TestSupport.h"
 
 namespace orv {
 namespace {
 
-class Counter : public Subscriber {
-public:
-    void OnNotify() override {
-        const std::lock_guard lock(mutex);
-        ++calls;
-        changed.notify_all();
-    }
-    bool Reaches(int wanted) {
-        std::unique_lock lock(mutex);
-        return changed.wait_for(lock, std::chrono::seconds(20), [&] { return calls >= wanted; });
-    }
-    int Calls() {
-        const std::lock_guard lock(mutex);
-        return calls;
-    }
-
-private:
-    std::mutex mutex;
-    std::condition_variable changed;
-    int calls = 0;
-};
+using test::CountingSubscriber;
 
 TEST(FileSubscription, TellsOfOthersChangesOnly) {
     const test::TempFolder folder;
     const std::wstring path = folder / L"gauge.tdg";
-    Counter counter;
+    CountingSubscriber counter;
     FileSubscription subscription;
     subscription.SetSubscriber(&counter, false);
     subscription.Subscribe(path);
@@ -64,7 +43,7 @@ TEST(FileSubscription, TellsOfOthersChangesOnly) {
 
 TEST(FileSubscription, LooksInTurnWhereThereIsNoFolder) {
     const test::TempFolder folder;
-    Counter counter;
+    CountingSubscriber counter;
     FileSubscription subscription;
     subscription.SetSubscriber(&counter, false);
     subscription.Subscribe(folder / L"later/gauge.tdg");
@@ -76,7 +55,7 @@ TEST(FileSubscription, LooksInTurnWhereThereIsNoFolder) {
 TEST(FileSubscription, LooksInTurnBesideAFolderThatIsNeverQuiet) {
     const test::TempFolder folder;
     test::MakeFolders(folder / L"busy");
-    Counter busy, polled;
+    CountingSubscriber busy, polled;
     FileSubscription ofBusy, ofPolled;
     ofBusy.SetSubscriber(&busy, false);
     ofPolled.SetSubscriber(&polled, false);
@@ -95,7 +74,7 @@ TEST(FileSubscription, FollowsFoldersAndLinks) {
     test::MakeFolders(folder / L"kept");
     test::WriteBytes(folder / L"kept/gauge.tdg", "1");
     std::filesystem::create_symlink("kept/gauge.tdg", PathToBytes(folder / L"link.tdg"));
-    Counter ofFile, ofLink;
+    CountingSubscriber ofFile, ofLink;
     FileSubscription used, linked;
     used.SetSubscriber(&ofFile, false);
     linked.SetSubscriber(&ofLink, false);
