@@ -81,7 +81,8 @@ void ReportComputers(Document& document, const AppConfig& config) {
     }
     for (int no = 1; no <= config.GetNumEntries(L"Remote(%d)"); ++no) {
         name.clear();
-        const bool whole = config.GetRemote(no, name, port);
+        config.GetRemote(no, name, port);
+        const bool whole = config.GetItem(L"Remote(" + IntText(no) + L")", L"Port", port);
         AddComputer(table, "remote", no, name, whole ? Cell::Count(port) : Cell::Missing("no port"), L"-", L"-", none);
     }
     for (int no = 1; no <= config.GetNumEntries(L"Presentation(%d)"); ++no) {

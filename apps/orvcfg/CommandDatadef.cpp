@@ -84,9 +84,9 @@ std::optional<unsigned> GroupOf(Session& session, DataDefinition& definition, co
 /// Calls `visit` with the index of each item: two stretches, of which the second follows where the first is full.
 template <class Visit>
 void ForEachItem(const DataDefinition& definition, unsigned group, Visit visit) {
-    std::wstring mnemonic;
+    const std::wstring section = IntText(group);
     for (unsigned index = 0; index < 65535; index = index == 99 ? 60000 : index + 1) {
-        if (!definition.GetGroupItemMnem(group, static_cast<unsigned short>(index), mnemonic)) return;
+        if (!definition.HasKey(section, L"Item(" + IntText(index) + L")")) return;
         visit(static_cast<unsigned short>(index));
     }
 }

@@ -212,12 +212,13 @@ ExitCode Set(Session& session, const Arguments& arguments) {
         session.Problem(file, "No device " + std::to_string(arguments.device), "\"orvcfg vessel devices\" shows them.");
         return kSomeFailed;
     }
+    MergeSave merge(vessel);
     if (!row->change(vessel, TextArgument(arguments.value), arguments.device)) {
         session.Problem(file, "\"" + arguments.value + "\" is no value for " + arguments.item,
                         std::string("Expected: ") + row->what + ".");
         return kSomeFailed;
     }
-    if (!SaveVessel(session, vessel)) return kSomeFailed;
+    if (!SaveVessel(session, vessel, merge)) return kSomeFailed;
     session.Note("saved " + file);
     return kAllGood;
 }
@@ -242,10 +243,9 @@ ExitCode Renumber(Session& session, const Arguments& arguments) {
     for (const unsigned no : NumbersOf(vessel, kDeviceWord)) {
         marked.SetItem(NumberedSection(kDeviceWord, no), kMark, no, true);
     }
-    for (VesselConfig* one : {&vessel, &marked}) {
-        one->CloseDeviceGaps();
-        one->OrderDevices();
-    }
+    const bool ordered = OrderDevicesOf(session, vessel);
+    marked.CloseDeviceGaps();
+    if (ordered) marked.OrderDevices();
     Table table({{"Was", "was", true}, {"Is", "is", true}, {"Name", "name"}});
     bool changed = false;
     for (const VesselDevice& device : DevicesOf(marked)) {
@@ -256,12 +256,13 @@ ExitCode Renumber(Session& session, const Arguments& arguments) {
         table.Add({Cell::Count(was), Cell::Count(device.no), Cell::Of(device.name)});
     }
     Document::Print(session, table);
-    if (!changed) session.Note("the devices are in order");
+    const ExitCode result = ordered ? kAllGood : kSomeFailed;
+    if (!changed && ordered) session.Note("the devices are in order");
     if (changed && arguments.dryRun) session.Note("nothing has been written");
-    if (!changed || arguments.dryRun) return kAllGood;
+    if (!changed || arguments.dryRun) return result;
     if (!SaveVessel(session, vessel)) return kSomeFailed;
     session.Note("sections in other files that name devices by number are to be looked after by hand");
-    return kAllGood;
+    return result;
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "core/ConfigKeys.h"
 #include "definitions/CCompOffset.h"
 #include "definitions/DataDefinition.h"
+#include "definitions/InterfaceDef.h"
 #include "platform/attributes/CAttributeMap.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/Fields.h"
@@ -24,6 +25,18 @@ struct Arguments {
     std::vector<std::string> vessels;
     std::string ports;
 };
+
+/// Items that refer to data without being attributes.
+struct ListKey {
+    std::wstring_view section, key;
+    bool named = false;  ///< a name stands ahead of the reference
+};
+constexpr ListKey kListKeys[] = {{L"Aliases", L"Alias", true},
+                                 {L"LOGGING", L"DataCondition"},
+                                 {L"LOGGING", L"DtmDevice"},
+                                 {L"LOGGING", L"ProductionUpdateDtmDevice"},
+                                 {L"LOGGING", L"AutoNextLineCondition"},
+                                 {L"GUIDANCE", L"AutoNextLineCondition"}};
 
 /// What somebody looks for who was called out of bed because data don't come in.
 class VesselSurvey {
@@ -189,6 +202,17 @@ private:
         CheckData(section, key, offset.DataId());
     }
 
+    /// A list of an application's own. Only its vessel is known to stand second; most start as a reference does.
+    void CheckList(const std::wstring& section, const std::wstring& key, std::wstring_view list, wchar_t separator) {
+        std::wstring start;
+        for (int field = 0; field < 5; ++field) {
+            start += (field == 0 ? L"" : L",") + std::wstring(FieldAt(list, separator, field).value_or(L""));
+        }
+        CDataInfo info;
+        if (info.SetFromString(start)) return CheckData(section, key, info.DataId());
+        if (!ParseUnsigned(FieldAt(list, separator, 1).value_or(L""))) Read(section, key, start, info);
+    }
+
     void CheckItem(const std::wstring& section, const std::wstring& key, const std::wstring& value) {
         CDataInfo info;
         if (section == L"GENERAL" && key == L"TrackingOffset") return CheckOffset(section, key, value);
@@ -196,9 +220,19 @@ private:
             if (Read(section, key, value, info)) CheckData(section, key, info.DataId());
             return;
         }
-        if (!IsAttributeKey(key)) return;
         const std::wstring_view behindFlags = BehindFields(value, L',', 1).value_or(L"");
-        switch (CAttribDefMap::GetAttribType(StripAttributeIndex(MnemonicOfKey(key)))) {
+        for (const ListKey& known : kListKeys) {
+            if (section != known.section || key.substr(0, key.find(L'(')) != known.key) continue;
+            if (!known.named) return CheckList(section, key, value, L',');
+            if (Read(section, key, behindFlags, info)) CheckData(section, key, info.DataId());
+            return;
+        }
+        if (!IsAttributeKey(key)) return;
+        const std::wstring_view mnemonic = StripAttributeIndex(MnemonicOfKey(key));
+        if (mnemonic == L"IntervalLogItem") {
+            return CheckList(section, key, FieldAt(value, L',', 1).value_or(L""), L';');
+        }
+        switch (CAttribDefMap::GetAttribType(mnemonic)) {
             case kAttribDataInfo:
                 if (Read(section, key, behindFlags, info)) CheckData(section, key, info.DataId());
                 break;
@@ -228,8 +262,9 @@ ExitCode Check(Session& session, const Arguments& arguments) {
     const std::wstring portsPath = arguments.ports.empty()
                                        ? SystemFolder(session) + std::wstring(INTERFACE_DEF_FILENAME)
                                        : AbsolutePath(PathArgument(arguments.ports));
-    FileObject ports;
-    const bool havePorts = ports.FileOpen(portsPath, kOpenRead);
+    InterfaceDef ports;
+    // Not as a host opens it: names of the old form count as the new ones, but a replay isn't ended.
+    const bool havePorts = ports.FileObject::FileOpen(portsPath, kOpenRead);
     if (!havePorts && (!arguments.ports.empty() || FileExists(portsPath))) {
         session.Problem(PathToBytes(portsPath), "Can't be read: " + ToUtf8(FsResultText(ports.LastResult())),
                         "Check name and rights.");

@@ -25,6 +25,7 @@ bool OpenFor(Session& session, const Arguments& arguments, VesselConfig& vessel)
 ExitCode Push(Session& session, const Arguments& arguments) {
     VesselConfig vessel;
     if (!OpenFor(session, arguments, vessel)) return kCannotRun;
+    MergeSave merge(vessel);
     const std::wstring common = AbsolutePath(PathArgument(arguments.other));
     const bool pushed = vessel.SaveCommonConfig(common);
     if (!pushed) {
@@ -32,7 +33,7 @@ ExitCode Push(Session& session, const Arguments& arguments) {
                         "Check that the file can be read and written, and the vessel with \"orvcfg vessel check\".");
     }
     // Identifiers that it lacked are in the common file now: without them here the next exchange wouldn't know them.
-    if (!SaveVessel(session, vessel) || !pushed) return kSomeFailed;
+    if (!SaveVessel(session, vessel, merge) || !pushed) return kSomeFailed;
     session.Note("pushed " + std::to_string(vessel.GetNumDevices()) + " devices to " + PathToBytes(common));
     return kAllGood;
 }
@@ -40,12 +41,13 @@ ExitCode Push(Session& session, const Arguments& arguments) {
 ExitCode Pull(Session& session, const Arguments& arguments) {
     VesselConfig vessel;
     if (!OpenFor(session, arguments, vessel)) return kCannotRun;
+    MergeSave merge(vessel);
     const std::wstring common = AbsolutePath(PathArgument(arguments.other));
     if (!vessel.OverLoadCommonConfig(common)) {
         session.Problem(PathToBytes(common), "Can't be pulled; the vessel stays as it was", "Check name and rights.");
         return kSomeFailed;
     }
-    if (!SaveVessel(session, vessel)) return kSomeFailed;
+    if (!SaveVessel(session, vessel, merge)) return kSomeFailed;
     session.Note("pulled; the vessel has " + std::to_string(vessel.GetNumDevices()) + " devices");
     return kAllGood;
 }
@@ -54,6 +56,7 @@ ExitCode Apply(Session& session, const Arguments& arguments) {
     VesselConfig vessel;
     FileObject difference;
     if (!OpenVessel(session, arguments.vessel, vessel)) return kSomeFailed;
+    MergeSave merge(vessel);
     const std::wstring path = AbsolutePath(PathArgument(arguments.other));
     if (!difference.FileOpen(path, kOpenRead)) {
         session.Problem(PathToBytes(path), "Can't be read: " + ToUtf8(FsResultText(difference.LastResult())),
@@ -65,7 +68,7 @@ ExitCode Apply(Session& session, const Arguments& arguments) {
                         "Both files must have the same name.");
         return kSomeFailed;
     }
-    return SaveVessel(session, vessel) ? kAllGood : kSomeFailed;
+    return SaveVessel(session, vessel, merge) ? kAllGood : kSomeFailed;
 }
 
 // ---- diff
@@ -93,10 +96,8 @@ ExitCode Diff(Session& session, const Arguments& arguments) {
     if (!OpenVessel(session, arguments.vessel, vessels[0]) || !OpenVessel(session, arguments.other, vessels[1])) {
         return kCannotRun;
     }
-    for (VesselConfig& vessel : vessels) {  // in memory only
-        vessel.CloseDeviceGaps();
-        vessel.OrderDevices();
-    }
+    bool ordered = true;
+    for (VesselConfig& vessel : vessels) ordered = OrderDevicesOf(session, vessel) && ordered;
     Table table({{"Section", "section"}, {"Key", "key"}, {"First", "first"}, {"Second", "second"}});
     std::set<std::wstring> seen;
     for (const VesselConfig& vessel : vessels) {
@@ -106,7 +107,7 @@ ExitCode Diff(Session& session, const Arguments& arguments) {
     }
     Document::Print(session, table);
     if (table.Empty()) session.Note("no difference");
-    return table.Empty() ? kAllGood : kSomeFailed;
+    return table.Empty() && ordered ? kAllGood : kSomeFailed;
 }
 
 }  // namespace

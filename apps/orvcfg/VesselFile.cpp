@@ -38,11 +38,25 @@ bool OpenVessel(Session& session, const std::string& which, VesselConfig& vessel
     return false;
 }
 
-bool SaveVessel(Session& session, VesselConfig& vessel) {
-    if (vessel.FileSave(L"", kSave)) return true;
-    session.Problem(PathToBytes(vessel.GetFileName()), "Can't be written: " + ToUtf8(FsResultText(vessel.LastResult())),
+namespace {
+
+bool Saved(Session& session, const VesselConfig& vessel, bool saved, FsResult result) {
+    if (saved) return true;
+    session.Problem(PathToBytes(vessel.GetFileName()), "Can't be written: " + ToUtf8(FsResultText(result)),
                     "Check the rights to the file and the space on its disk.");
     return false;
+}
+
+}  // namespace
+
+bool SaveVessel(Session& session, VesselConfig& vessel) {
+    const bool saved = vessel.FileSave(L"", kSave);
+    return Saved(session, vessel, saved, vessel.LastResult());
+}
+
+bool SaveVessel(Session& session, VesselConfig& vessel, MergeSave& merge) {
+    const bool saved = merge.Save();
+    return Saved(session, vessel, saved, merge.LastResult());
 }
 
 std::vector<unsigned> NumbersOf(const VesselConfig& vessel, std::wstring_view word) {
@@ -74,6 +88,24 @@ std::vector<VesselDevice> DevicesOf(const VesselConfig& vessel) {
         devices.push_back(std::move(device));
     }
     return devices;
+}
+
+bool OrderDevicesOf(Session& session, VesselConfig& vessel) {
+    const unsigned count = vessel.CloseDeviceGaps();
+    if (count == 0 || vessel.HaveDevice(count)) {
+        vessel.OrderDevices();
+        return true;
+    }
+    for (const std::wstring& name : SectionsOf(vessel)) {
+        unsigned no = 0;
+        const bool device = ParseNumberedSection(name, kDeviceWord, no) && name == NumberedSection(kDeviceWord, no);
+        if (name.find(kDeviceWord) == name.npos || (device && no <= count)) continue;
+        session.Problem(PathToBytes(vessel.GetFileName()),
+                        "[" + ToUtf8(name) + "] " + (device ? "is too far behind the others" : "isn't a device") +
+                            ", so the devices can't be ordered",
+                        device ? "Give it the number behind the last one." : "Rename it, without \"DEVICE\" in it.");
+    }
+    return false;
 }
 
 bool HaveDataDefinition(Session& session) {

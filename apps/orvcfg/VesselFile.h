@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "core/MergeSave.h"
 #include "project/VesselConfig.h"
 
 namespace orv::cfg {
@@ -15,6 +16,8 @@ bool VesselPath(const Session& session, const std::wstring& name, std::wstring& 
 /// Opens a vessel file: by its path, else by the name of a vessel in the project. False after a problem has been told.
 bool OpenVessel(Session& session, const std::string& which, VesselConfig& vessel);
 bool SaveVessel(Session& session, VesselConfig& vessel);
+/// The same for single changes, which are laid over what hosts have saved since `merge` was made of the vessel as read.
+bool SaveVessel(Session& session, VesselConfig& vessel, MergeSave& merge);
 
 /// One device as tools show it.
 struct VesselDevice {
@@ -28,6 +31,9 @@ struct VesselDevice {
 std::vector<VesselDevice> DevicesOf(const VesselConfig& vessel);
 /// Numbers of the sections `word(n)`, ascending.
 std::vector<unsigned> NumbersOf(const VesselConfig& vessel, std::wstring_view word);
+/// Closes the gaps in the numbers of the devices and orders them, in memory. False after a problem has been told: what
+/// stands among the devices without being one, or out of reach, counts as one, and ordering would leave holes for it.
+bool OrderDevicesOf(Session& session, VesselConfig& vessel);
 
 /// All that a vessel has, as "vessel show" and the demonstration print it.
 void ReportVessel(Session& session, Document& document, VesselConfig& vessel);

@@ -192,6 +192,8 @@ protected:
 
     /// The content, for operations that walk it all without making texts of it.
     const ConfigText& Content() const { return *content; }
+    /// The same for a walk that sets values as it goes.
+    ConfigText& Content() { return *content; }
     /// Puts a copy of the file on disk aside as NAME.damaged-TIME if its text couldn't be understood as it stands,
     /// before it is written again unasked; false if it had to and couldn't.
     bool KeepDamagedFile();

@@ -75,11 +75,13 @@ bool WriteKeys(FileObject& file, std::wstring_view port, const Keys& keys, const
     return all;
 }
 
-/// Reads a kind of port that can't do without any of its keys.
+/// Reads a kind of port that can't do without any of its keys. A value that doesn't convert ("CAN1" for a bus) is there
+/// all the same, and leaves its default.
 template <class Keys, class Settings>
 bool ReadAll(const FileObject& file, std::wstring_view port, const Keys& keys, std::unique_ptr<Settings>& out) {
     out = std::make_unique<Settings>();
-    return ReadKeys(file, port, keys, *out);
+    ReadKeys(file, port, keys, *out);
+    return std::apply([&](const auto&... row) { return (file.HasKey(port, row.first) && ...); }, keys);
 }
 
 // "COM3" is port 3, and so is the "MBRTU_COM3" of a bus that is shared by name.

@@ -141,8 +141,10 @@ bool AppConfig::SetMaster(const std::wstring& name, unsigned port, const std::ws
 
 bool AppConfig::GetRemote(int no, std::wstring& name, unsigned& port) const {
     const std::wstring section = Formatted(kRemotes, no);
-    const bool hasName = GetItem(section, kName, name);
-    return GetItem(section, kPort, port) && hasName;
+    if (!HasSection(section)) return false;
+    GetItem(section, kName, name);
+    GetItem(section, kPort, port);
+    return true;
 }
 
 bool AppConfig::SetRemote(int no, const std::wstring& name, unsigned port) {

@@ -43,6 +43,7 @@ public:
     /// `profile` is always "Default[Master]", also on failure. True if name and port are there.
     bool GetMaster(std::wstring& name, unsigned& port, std::wstring& profile) const;
     bool SetMaster(const std::wstring& name, unsigned port, const std::wstring& profile);
+    /// False only if there is no such computer: an item that is missing leaves its output alone.
     bool GetRemote(int no, std::wstring& name, unsigned& port) const;
     bool SetRemote(int no, const std::wstring& name, unsigned port);
     /// The layout is that of `user`, else the common one. `user` loses its "=", "[" and "]", which no key can hold. The

@@ -112,12 +112,11 @@ bool CAppDefSelectDlg::OnNext() {
         !project.FileSave(L"", 0, kSave)) {
         return false;
     }
-    std::wstring path;
-    if (!search.GetFullPathForWriting(kFileTypeSystem, path)) {
-        DataSearchStatus::Set(kSearchUnknownFileType);
-        return false;
-    }
-    return search.GetOrvIni().FileSave(path, 0, kSave) && search.ReInitialise(choice.title);
+    // By its parts, as a full path is only had of a search that is initialised: an attempt that failed must not close
+    // the page to the next.
+    std::wstring extension, folder, name;
+    return search.GetFileInfo(kFileTypeSystem, extension, folder, name) &&
+           search.GetOrvIni().FileSave(folder + name + extension, 0, kSave) && search.ReInitialise(choice.title);
 }
 
 // ---- pages of configurations and vessels

@@ -25,8 +25,10 @@ ProjectModel& ProjectModel::Instance() {
 // ---- file
 
 bool ProjectModel::OpenFile(const std::wstring& from, const std::wstring& to) {
-    path = to;
-    return file.FileOpen(from, kOpenRead) || file.FileOpen(to, kOpenCreateWrite);
+    open = false;
+    if (!file.FileOpen(from, kOpenRead) && !file.FileOpen(to, kOpenCreateWrite)) return false;
+    path = to;  // not before: what isn't open must not be where the next save goes
+    return true;
 }
 
 // Read as it was at the moment that is looked at, but never saved into an old copy.
@@ -73,20 +75,20 @@ bool ProjectModel::FileOpen(const FileObject& from) {
 
 bool ProjectModel::Save() {
     if (!modified) return true;
-    modified = !((open || OpenCurrent()) && FileSave(file) && file.FileSave(path, kSave));
-    return !modified;
+    modified = false;  // one try a change: on a full disk, hosts that save when a view closes would never get out
+    return (open || OpenCurrent()) && FileSave(file) && file.FileSave(path, kSave);
 }
 
 bool ProjectModel::FileSave(FileObject& to) const {
     to.MakeEmpty();
-    bool good = to.SetItem(kColorTableName, kColorTableName, colorTableName, true);
+    to.SetItem(kColorTableName, kColorTableName, colorTableName, true);
     for (std::size_t type = 0; type < checkedFiles.size(); ++type) {
         unsigned number = 0;
         for (const std::wstring& name : checkedFiles[type]) {
-            good = to.SetItem(fileTypeKeys[type], NumberedName(kFile, number++), name, true) && good;
+            to.SetItem(fileTypeKeys[type], NumberedName(kFile, number++), name, true);
         }
     }
-    return good;
+    return true;
 }
 
 // ---- lists

@@ -23,13 +23,16 @@ public:
 
     /// Of the current project; its file is made if it is missing.
     bool Open();
-    /// Of another project, by its name or its folder.
+    /// Of another project, by its name or its folder. After a failure none is open, and the next save goes to the
+    /// current project, as it does for one that was never opened.
     bool Open(const std::wstring& project);
     /// Takes the content over, each list sorted. A type that the file doesn't mention keeps the list it had.
     bool FileOpen(const FileObject& from);
-    /// True, and nothing is written, unless something has been changed. After a failure the next call tries again.
+    /// True, and nothing is written, unless something has been changed. Counts as unchanged after it, also when it
+    /// fails: the caller who wants another try changes something.
     bool Save();
-    /// Replaces all of the content but the lines outside every section.
+    /// Replaces all of the content but the lines outside every section. Always true; a name that no line can hold is
+    /// left out.
     bool FileSave(FileObject& to) const;
     bool IsOpen() const { return open; }
     bool IsModified() const { return modified; }

@@ -165,7 +165,7 @@ bool VesselConfig::SetCenterOfGravityOffset(const COrvDouble3D& value) {
 bool VesselConfig::GetVesselContour(std::wstring& out) const {
     std::wstring text;
     if (GetItem(kGeometry, kShape, text) && !text.empty()) {
-        const COrvString items(text, L',', false);
+        const COrvString items(text, L',', true);
         int type = 0;
         if (items.Size() >= 7) {
             items.GetItem(1, type);

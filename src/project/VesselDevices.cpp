@@ -122,7 +122,7 @@ bool VesselConfig::RemoveAllSections(std::wstring_view word) {
         unsigned no = 0;
         // A section that only holds the word belongs to somebody else.
         if (!ParseNumberedSection(name, word, no)) continue;
-        if (!DeleteSection(cursor, NumberedSection(word, no))) return false;
+        if (!DeleteSection(cursor, name)) return false;
     }
     return true;
 }
@@ -437,9 +437,9 @@ bool VesselConfig::SetDataConditions(unsigned short source, unsigned short group
     for (const int number : ConditionNumbers(*this, section, group, item, count)) {
         DeleteItem(section, ConditionKey(group, item, number), true);
     }
+    SetItem(section, CountKey(group, item), static_cast<int>(list.size()), true);
     count = 0;
     for (const std::wstring& condition : list) SetItem(section, ConditionKey(group, item, count++), condition, true);
-    SetItem(section, CountKey(group, item), count, true);
     return true;
 }
 

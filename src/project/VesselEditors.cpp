@@ -1,5 +1,7 @@
 #include "project/VesselEditors.h"
 
+#include <algorithm>
+
 #include "core/DataSearch.h"
 #include "platform/text/NumberText.h"
 #include "project/ProjectDefinition.h"
@@ -33,6 +35,15 @@ int VesselOffsetEditor::DoModal() {
     if (result == kDialogOk) record = dialog.offset;
     offsetName = dialog.offset.name;
     return result;
+}
+
+void CVesselPointDlg::SetData(const VesselPoint& point, int side) {
+    name = point.name;
+    x = point.x;
+    y = point.y;
+    const auto pen = std::find(kPens.begin(), kPens.end(), point.pen);
+    penEntry = pen == kPens.end() ? -1 : static_cast<int>(pen - kPens.begin());
+    SetViewSide(side);
 }
 
 bool CVesselPointDlg::GetData(VesselPoint& point) const {

@@ -76,8 +76,10 @@ class ORV_EXPORT CVesselPointDlg {
 public:
     std::wstring name;
     double x = 0, y = 0;
-    int penEntry = 0;  ///< 0 to 2, in the list of pens
+    int penEntry = 0;  ///< 0 to 2, in the list of pens; -1 for none
 
+    /// Shows a point, seen from `side`. A pen that isn't in the list becomes no entry of it: -1.
+    void SetData(const VesselPoint& point, int side);
     /// False, and `point` is left alone, while the point has no name or no pen of the list.
     bool GetData(VesselPoint& point) const;
     /// Which of the axes the two fields are for depends on the side that the vessel is seen from.

@@ -79,11 +79,12 @@ private:
     std::size_t count = 0;
 };
 
+// Flags that are empty or don't read are none, as where attributes are loaded.
 // Each puts the changed value into `out` and is true, or is false.
 
 bool SetInDataInfo(std::string_view value, std::string_view id, std::string& out) {
     const Fields fields(value, ',');
-    if (!fields.Read("uiuuii")) return false;
+    if (!fields.Read("*iuuii")) return false;
     const unsigned group = fields.Unsigned(3);
     if (IsUnbound(group)) return false;
     out = value;
@@ -94,7 +95,7 @@ bool SetInDataInfo(std::string_view value, std::string_view id, std::string& out
 
 bool SetInCompOffset(std::string_view value, std::string_view id, std::string& out) {
     const Fields fields(value, ',');
-    if (!fields.Read("uiu*iuuii") || IsUnbound(fields.Unsigned(6)) || (fields.Unsigned(0) & kAttribFixed) != 0) {
+    if (!fields.Read("*iu*iuuii") || IsUnbound(fields.Unsigned(6)) || (fields.Unsigned(0) & kAttribFixed) != 0) {
         return false;
     }
     out = value;
@@ -171,9 +172,9 @@ bool VesselConfig::SetVesselID(unsigned id) {
     std::string out;
     TypeFinder typeOf;
     // Places of items stay good while values change and items are added.
-    const ConfigText& items = Content();
-    // Looking up again what has just been found would take longer than all the rest. The content is this object's own.
-    const auto write = [&](std::uint32_t item) { const_cast<ConfigText&>(items).SetValue(item, out); };
+    ConfigText& items = Content();
+    // Looking up again what has just been found would take longer than all the rest.
+    const auto write = [&](std::uint32_t item) { items.SetValue(item, out); };
     for (std::uint32_t section = items.FirstSection(); section != ConfigText::kNone;
          section = items.NextSection(section)) {
         const std::string name(items.SectionName(section));
@@ -224,8 +225,9 @@ bool VesselConfig::GetVesselID(unsigned& out) const {
             if (type != kAttribDataInfo && type != kAttribCompOffset) continue;
             const auto field = FieldAt(value, L',', 2);
             const auto id = field ? ParseUnsigned(*field) : std::nullopt;
-            if (id) out = *id;
-            return id.has_value();
+            if (!id) continue;  // one damaged reference doesn't hide the others
+            out = *id;
+            return true;
         }
     }
     return false;

@@ -1,5 +1,6 @@
 #include "surveydata/DredgeInstructionModel.h"
 
+#include "core/CFileTypeList.h"
 #include "core/FileObject.h"
 #include "platform/notify/Exceptions.h"
 #include "platform/os/Clock.h"
@@ -89,8 +90,7 @@ bool DredgeInstructionModel::FileSave(FileObject& file) const {
     if (designModelType == kFileTypeDesignModel3D) {
         set(kDesign3DKey, designModelName);
     } else {
-        const std::wstring key = GetFileKeyForType(designModelType);
-        set(kDesignTypeKey, key.empty() ? designModelTypeKey : key);
+        set(kDesignTypeKey, designModelType == kNoFileType ? designModelTypeKey : GetFileKeyForType(designModelType));
         set(kDesignNameKey, designModelName);
     }
     set(L"DepthOffset", depthOffset);

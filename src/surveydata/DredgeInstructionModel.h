@@ -33,7 +33,10 @@ public:
     const std::wstring& GetSurveyGridModelName() const { return surveyGridModelName; }
     void SetSurveyGridModelName(const std::wstring& name) { surveyGridModelName = name; }
     unsigned GetDesignModelType() const { return designModelType; }
-    void SetDesignModelType(unsigned fileType) { designModelType = fileType; }
+    void SetDesignModelType(unsigned fileType) {
+        designModelType = fileType;
+        designModelTypeKey.clear();
+    }
     const std::wstring& GetDesignModelName() const { return designModelName; }
     void SetDesignModelName(const std::wstring& name) { designModelName = name; }
     double GetDepthOffset() const { return depthOffset; }

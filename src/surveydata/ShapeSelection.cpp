@@ -19,13 +19,13 @@ constexpr int kWithoutGroup = 7;
 
 /// The old files say type and name only; both views share a file where the types name the same kind of file.
 bool SameKind(int type2D, int type3D) {
-    return type2D == type3D + 1 && type3D >= 0 && type3D < static_cast<int>(ShapeTypes3D.size());
+    return type3D >= 0 && type3D < static_cast<int>(ShapeTypes3D.size()) && type2D == type3D + 1;
 }
 
 }  // namespace
 
 bool ShapeSelection::Load(std::wstring_view text) {
-    const COrvString items(text, L',', false);
+    const COrvString items(text, L',', true);
     if (items.Size() < kWithoutGroup) return false;
     ShapeSelection read = *this;
     if (!items.GetItem(0, read.shapeMode) || !items.GetItem(1, read.shapeType2D) ||

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -21,10 +22,13 @@ inline constexpr std::array<unsigned, 3> ShapeTypes3D = {83, 59, 108};
 /// docs/formats/vessel.md). Files from before that text are read, too. A value: one thread at a time.
 class ORV_EXPORT ShapeSelection {
 public:
-    int GetShapeMode() const { return shapeMode; }  ///< 0 shapes from files, else a standard shape; 1 too for old files
+    int GetShapeMode() const { return shapeMode; }  ///< 1 after a load from the keys of old files
     void SetShapeMode(int mode) { shapeMode = mode; }
     /// With the same shape in both views the 3D one serves, in the numbering of the 2D types.
-    int Get2DShapeType() const { return useSameShape ? shapeType3D + 1 : shapeType2D; }
+    int Get2DShapeType() const {
+        const bool counts = shapeType3D < std::numeric_limits<int>::max();  // a damaged file holds anything
+        return useSameShape ? shapeType3D + (counts ? 1 : 0) : shapeType2D;
+    }
     void Set2DShapeType(int type) { shapeType2D = type; }
     int Get3DShapeType() const { return shapeType3D; }
     void Set3DShapeType(int type) { shapeType3D = type; }

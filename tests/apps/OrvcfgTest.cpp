@@ -240,7 +240,7 @@ TEST_F(OrvcfgTest, LiveDataByGroupAndByUse) {
     const nlohmann::json motion = Run({"datadef", "items", "mru", "--json"}).Json();
     EXPECT_EQ(motion["items"][4]["mnemonic"], "Heave");
     EXPECT_EQ(motion["items"][0]["simulation"], nullptr);
-    WriteBytes(At(L"own.ini"), "[7]\nName=Own\nItem(0)=Heave,H,103,8,0,162\n[8]\nItem(0)=Depth,D,1\n");
+    WriteBytes(At(L"own.ini"), "[7]\nName=Own\nItem(0)=Heave,H,103,8,0,162\n[8]\nItem(0)=Time\nItem(1)=Depth,D,1\n");
     const RunResult found = Run({"datadef", "find", "162", "nothing", "DEP", "--file", "own.ini", "--json"});
     EXPECT_EQ(found.code, 1);
     EXPECT_NE(found.err.find("\"nothing\""), std::string::npos) << found.err;

@@ -30,6 +30,10 @@ TEST_F(OrvcfgVessel, CheckFindsWhatIsWrong) {
         {"DEVICE(5)", "@tr.dev.SensorOffset", "0,0,1,Gyro,0,1,5,2,110", "device 2 of group 5"},
         {"DEVICE(5)", "@tr.dev.HeaveItem(1)", "0,0,1,777,1,1", "group 777 isn't in the data definition"},
         {"DEVICE(17)", "DataOutItem(1,1)", "0,1,1000", "doesn't read as a reference"},
+        {"Aliases", "Alias(9)", "Lost,0,1,5,2,110", "device 2 of group 5"},
+        {"LOGGING", "DtmDevice(2)", "0,1,5,3,110,more", "device 3 of group 5"},
+        {"GUIDANCE", "AutoNextLineCondition(2)", "0,me,1005", "doesn't read as a reference"},
+        {"DEVICE(5)", "@tr.dev.IntervalLogItem", "0,0;1;5;4;110,9", "device 4 of group 5"},
         {"DEVICE(22)", "GroupId", "1", "Numbers are missing ahead of it: 21"},
         {"COMPUTATION(8)", "GroupId", "1000", "Numbers are missing ahead of it: 7"},
         {"GEOMETRY", "Offset(14)", "Far,0,0,0", "there is no Offset(13)"},
@@ -44,6 +48,8 @@ TEST_F(OrvcfgVessel, CheckFindsWhatIsWrong) {
     Put("boat.vcf");
     const RunResult ports = Run({"vessel", "check", "boat.vcf", "--ports", "ports.ini", "--json"});
     EXPECT_EQ(ports.Json()[0]["findings"].size(), 18u) << ports.err;
+    WriteBytes(At(L"ports.ini"), "[COM(1)]\n[COM(2)]\n");
+    EXPECT_EQ(Run({"vessel", "check", "boat.vcf", "--ports", "ports.ini", "--json"}).Json(), ports.Json());
     EXPECT_EQ(Run({"vessel", "check", "boat.vcf", "--ports", "none.ini"}).code, 2);
     EXPECT_EQ(OnInstallation({"config", "set", "--add", "--accept", "i/General/ApplicationDefinitions/navigate.adf",
                               "Devices", "1", "1"})
@@ -85,6 +91,21 @@ TEST_F(OrvcfgVessel, ChangesRenumbersAndExchanges) {
     EXPECT_EQ(ReadBytes(At(L"boat.vcf")), gap);
     EXPECT_EQ(Run({"vessel", "renumber", "boat.vcf"}).code, 0);
     EXPECT_EQ(Run({"vessel", "renumber", "boat.vcf", "--json"}).Json().size(), 0u);
+
+    // Ordering would make holes for what isn't a device of the row.
+    for (const auto& [section, group, words] :
+         {std::tuple("PLUGIN_DEVICE_STATE", "0", "isn't a device"), {"DEVICE(200)", "1", "too far behind"}}) {
+        Put("boat.vcf");
+        Edit("DEVICE(23)", "GroupId", "1");
+        Edit(section, "GroupId", group);
+        EXPECT_NE(Run({"vessel", "renumber", "boat.vcf"}).err.find(words), std::string::npos);
+        EXPECT_EQ(Run({"vessel", "renumber", "boat.vcf", "--json"}).code, 1);
+        const nlohmann::json devices = Run({"vessel", "devices", "boat.vcf", "--json"}).Json();
+        EXPECT_EQ(devices[0]["no"], 1);
+        EXPECT_EQ(devices[20]["no"], 21);
+        EXPECT_EQ(devices[20]["group"], 1) << "the gaps are closed, the order stays";
+        EXPECT_EQ(Run({"vessel", "diff", "boat.vcf", "boat.vcf"}).code, 1);
+    }
 }
 
 }  // namespace

@@ -91,18 +91,17 @@ constexpr char kGroups[] =
     "Item(4)=Bad,B,x,70000,-1\nSpareItem=1\n"
     "[x]\nFileID=SBES\n[1000]\nItem(0)=X,X,103,8,0,0\n[1999]\nBufferlength=60\n"
     "[2000]\nName=Set\nItem(0)=Never,N,104,8,0,0\nGroupId(0)=1000,a\nSpareGroupId(0)=30\nGroupId(1)=?\n"
-    "[2001]\nName=Other\nDataBlockSize=none\n";
+    "[2001]\nName=Other\nDataBlockSize=none\n[2002]\nDataBlockSize=Compressed\n[2003]\nDataBlockSize=Huge\n";
 
 TEST(DataDefinition, AnswersUpToItsBounds) {
     const Definition data(kGroups);
     const struct {
         unsigned group;
         const char* answers;
-    } groups[] = {{30, "Sounder One Two 5 1 1 4 10 - - "},
-                  {31, "- - - - !0 !0 - 10 - - "},
-                  {1999, "- - - 0 !0 !0 - 60 - - "},
-                  {2000, "Set - - 3 !0 !0 - 10 1000 30 "},  // has texts and members
-                  {2001, "- - - 0 -1 !0 - - - - "}};
+    } groups[] = {
+        {30, "Sounder One Two 5 1 1 4 10 - - "}, {31, "- - - - !0 !0 - 10 - - "}, {1999, "- - - 0 !0 !0 - 60 - - "},
+        {2000, "Set - - 3 !0 !0 - 10 1000 30 "},  // has texts and members
+        {2001, "- - - 0 -1 !0 - - - - "},        {2002, "- - - 0 2 !0 - - - - "}, {2003, "- - - 0 0 !0 - - - - "}};
     for (const auto& row : groups) EXPECT_EQ(AskGroup(data, row.group), row.answers) << row.group;
     const struct {
         unsigned group;
@@ -117,6 +116,18 @@ TEST(DataDefinition, AnswersUpToItsBounds) {
                  {2000, 0, "Never N - - - - - - - - ~~- ! !  "},
                  {2001, 0, "- - - - - - - - - - ~~- ! - "}};
     for (const auto& row : items) EXPECT_EQ(AskItem(data, row.group, row.code), row.answers) << row.group;
+}
+
+TEST(DataDefinition, TypesHaveNames) {
+    std::string names;
+    for (unsigned type = 100; type <= 608; type = type == 112 ? 600 : type + 1) {
+        std::string name = "-";
+        DataDefinition::GetTypeInStringFormat(type, name);
+        names += name + " ";
+    }
+    EXPECT_EQ(names,
+              "- int uint double bool char uchar long - float short ushort - - bool array char array int array "
+              "short array long array float array double array - ");
 }
 
 TEST(DataDefinition, UseAsCodes) {

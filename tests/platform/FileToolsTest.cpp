@@ -25,25 +25,6 @@ protected:
     const std::string longText = std::string(3000000, 'n');  // longer than a block of a copy
 };
 
-/// Does something to files with the n-th call failing for each n; `check` looks at what it left behind.
-template <class Prepare, class Act, class Check>
-void FailEachCall(Prepare prepare, Act act, Check check) {
-    for (int n = 1;; ++n) {
-        SCOPED_TRACE(n);
-        prepare();
-        FailingFileSystem failing(n);
-        SetFileSystem(&failing);
-        const FsResult result = act();
-        SetFileSystem(nullptr);
-        check(result);
-        if (!failing.HasFailed()) {
-            EXPECT_EQ(result, FsResult::Ok);
-            EXPECT_GT(n, 5) << "the calls aren't counted";
-            return;
-        }
-    }
-}
-
 TEST_F(FileToolsTest, SaveFailsWholeOrNotAtAll) {
     for (const bool isNew : {false, true}) {
         FailEachCall([&] { isNew ? void(RealFileSystem().Remove(file)) : WriteBytes(file, "old"); },

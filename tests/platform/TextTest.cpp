@@ -86,7 +86,8 @@ TEST(Format, TextsFillTheirPlaces) {
 }
 
 TEST(Format, NumbersComeOutAsPrintfGivesThem) {
-    const char* const patterns[] = {"%f", "%-9.1f|", "%+.3e", "%#g", "%-09.2f|", "%+ f", "%#.0f", "%5.40f", "%0+8.1f"};
+    const char* const patterns[] = {"%f",     "%-9.1f|", "%+.3e", "%#g", "%-09.2f|", "%+ f", "%#.0f",
+                                    "%5.40f", "%0+8.1f", "%lE",   "%#G", "%12.3lG",  "%le",  "%lF"};
     for (const double value : {0.0, -0.0, 1.5, -2.25, 123456.789, 1e-7, -9.99e22, 1e300, 0.1}) {
         for (const char* const pattern : patterns) {
             char expected[500];
@@ -97,7 +98,7 @@ TEST(Format, NumbersComeOutAsPrintfGivesThem) {
 }
 
 TEST(Format, NumberPatternsOfAFileAreHarmless) {
-    for (const wchar_t* const pattern : {L"%s %n %d %*f", L"%", L"%12", L"%lg", L"%Lf", L"{} {:f}", L""}) {
+    for (const wchar_t* const pattern : {L"%s %n %d %*f", L"%", L"%12", L"%lld", L"%Lf", L"{} {:f}", L""}) {
         EXPECT_EQ(FormatNumber(pattern, 2.5), pattern);
     }
     EXPECT_EQ(FormatNumber(L"%.1f and %.1f", 2.5), L"2.5 and %.1f");

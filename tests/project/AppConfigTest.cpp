@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/ConfigKeys.h"
 #include "platform/notify/Notices.h"
 #include "platform/service/Translator.h"
 #include "project/AppSelection.h"
@@ -87,6 +88,34 @@ TEST(AppConfig, FindsRemotesAndWhatStandsOnThem) {
     EXPECT_TRUE(config.GetColorTable(0) == L"Default" && config.GetColorTable(1).empty());
 }
 
+TEST(AppConfig, ComputersAndRemoteVesselsReadBackAsWritten) {
+    AppConfig config = Made("[COLORTABLES]\nDepth=Sand\nEnabled=1\n");
+    std::wstring name, layout, profile, user, host, far;
+    unsigned port = 0, id = 0;
+    bool enabled = false;
+    double rate = 0;
+    EXPECT_FALSE(config.GetACServer(name, port, layout, profile, user) || config.GetRemote(1, name, port));
+    EXPECT_EQ(profile, L"Default[AcqComp]") << "completed without a section too";
+    EXPECT_TRUE(config.SetMaster(L"m", 1, L"Own") && config.GetMaster(name, port, profile));
+    EXPECT_EQ(name + profile, L"mDefault[Master]") << "whatever is stored";
+    EXPECT_TRUE(config.SetRemote(1, L"r", 2) && config.DeleteItem(L"Remote(1)", L"Name", false));
+    EXPECT_TRUE(config.GetRemote(1, name, port) && name == L"m" && port == 2) << "the section is enough";
+    user = L"[u]";
+    EXPECT_TRUE(config.SetACServer(L"a", 3, L"wide", L"P", user));
+    EXPECT_TRUE(config.GetACServer(name, port, layout, profile, user));
+    EXPECT_EQ(name + layout + profile + user, L"awideP[AcqComp]u");
+    EXPECT_TRUE(config.SetPresentation(1, L"p", L"l", L"P", user, true) && config.RemovePresentation(1));
+    EXPECT_EQ(config.GetNumEntries(L"Presentation(%d)"), -1);
+    EXPECT_TRUE(config.SetRemoteVessel(5, 9, L"tug", 80, true, 2.5, L"Night"));
+    EXPECT_TRUE(config.GetRemoteVesselId(5, id) && config.GetRemoteVesselHost(5, host, port) &&
+                config.GetRemoteUpdateRate(5, enabled, rate) && config.GetRemoteConfig(5, far));
+    EXPECT_EQ(host + far, L"tugNight");
+    EXPECT_TRUE(id == 9 && port == 80 && enabled && rate == 2.5);
+    EXPECT_FALSE(config.GetRemoteVesselId(6, id) || config.GetRemoteVesselHost(6, host, port) ||
+                 config.GetRemoteUpdateRate(6, enabled, rate) || config.GetRemoteConfig(6, far));
+    EXPECT_TRUE(config.GetUseProjectColorTables() && config.GetColorTable(0) == L"Sand");
+}
+
 // ---- selection
 
 class SelectionTest : public testing::Test {
@@ -134,7 +163,12 @@ TEST_F(SelectionTest, LeavingTheWizardsPagePutsTheDefinitionInForce) {
     page.Select(0);
     EXPECT_FALSE(page.OnNext()) << "without a project nothing can be saved";
     ASSERT_TRUE(search.GetProjectDefinition().ReOpenFile(installation.ProjectFolder() + L"Project.prj"));
-    EXPECT_TRUE(page.OnNext());
+    const std::wstring types = installation.ProgramFolder() + std::wstring(FILETYPES_DEF_FILENAME);
+    ASSERT_EQ(Files().Rename(types, types + L".aside"), FsResult::Ok);
+    EXPECT_FALSE(page.OnNext() || search.IsInit());
+    EXPECT_EQ(search.GetErrorStatus(), kSearchNoSettings);
+    ASSERT_EQ(Files().Rename(types + L".aside", types), FsResult::Ok);
+    EXPECT_TRUE(page.OnNext()) << "a failed try doesn't close the page";
     EXPECT_TRUE(search.GetAppDef().GetFileTitle() == L"dredge" && search.IsInit());
     ASSERT_TRUE(project.ReOpenFile(installation.ProjectFolder() + L"Project.prj"));
     std::wstring text;

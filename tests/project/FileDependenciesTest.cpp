@@ -94,6 +94,18 @@ TEST_F(DependenciesTest, ModelIsSortedOnReadingAndNumberedOnSaving) {
     EXPECT_TRUE(model.IsChecked(35, L"Hoek") && model.GetColorTableName() == L"default");
     EXPECT_TRUE(model.SetCheckedFiles(24, {}) && model.SetCheckedFiles(35, {}) && model.Save());
     EXPECT_TRUE(test::Exists(installation.ProjectsRoot() + L"Other/#PMF@.pmf"));
+
+    ASSERT_TRUE(model.SetCheckedFile(24, L"pier"));
+    EXPECT_FALSE(model.Open(L"NoSuchProject") || model.IsOpen());
+    EXPECT_TRUE(model.Save()) << "into the current project";
+    EXPECT_NE(test::ReadBytes(installation.ProjectFolder() + L"#PMF@.pmf").find("pier"), std::string::npos);
+    test::MakeFolders(installation.ProjectsRoot() + L"Away");
+    ASSERT_TRUE(model.Open(L"Away") && model.SetCheckedFile(24, L"lock"));
+    ASSERT_EQ(Files().Rename(installation.ProjectsRoot() + L"Away", installation.ProjectsRoot() + L"Gone"),
+              FsResult::Ok);
+    EXPECT_FALSE(model.Save());
+    EXPECT_TRUE(model.Save()) << "one try a change";
+    EXPECT_TRUE(model.SetCheckedFiles(24, {}) && model.Open());
 }
 
 }  // namespace

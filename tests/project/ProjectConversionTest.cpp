@@ -200,6 +200,28 @@ TEST_F(Conversion, KeepsTheDevicesTransformationAndStoresOnceChanged) {
     EXPECT_FALSE(Converted(0)) << "a vessel is saved when its settings are";
 }
 
+TEST_F(Conversion, FailedFileCallsLeaveEachVesselWhole) {
+    const std::vector<std::string> vessels = {Device(1, Correction("1")), Device(1, Correction("1") + Geoid(5))};
+    std::string converted[2], saved;
+    Make(vessels);
+    ASSERT_TRUE(Opens());
+    for (std::size_t i = 0; i < 2; ++i) converted[i] = test::ReadBytes(VesselPath(i));
+    const NoticeRecorder quiet;
+    test::FailEachCall(
+        [&] {
+            Make(vessels);
+            saved = test::ReadBytes(path);
+        },
+        [&] { return Opens(); },
+        [&](bool opened) {
+            for (std::size_t i = 0; i < 2; ++i) {
+                const std::string now = test::ReadBytes(VesselPath(i));
+                EXPECT_TRUE(now == converted[i] || now == vessels[i]) << i << "\n" << now << opened;
+            }
+            EXPECT_EQ(test::ReadBytes(path), saved);
+        });
+}
+
 TEST_F(Conversion, FixesAVesselFromElsewhere) {
     Make({Device(1, Correction("1") + Datum(true, "other")), Device(1, Correction("2") + Datum(true, "shift"))});
     VesselConfig first, second;

@@ -1,9 +1,12 @@
 #include "project/ProjectDefinition.h"
 
+#include <filesystem>
+
 #include "ScriptedCoordSys.h"
 #include "core/ConfigKeys.h"
 #include "platform/notify/Notices.h"
 #include "platform/os/FileSystem.h"
+#include "platform/text/PathText.h"
 #include "support/TestInstallation.h"
 
 namespace orv {
@@ -231,9 +234,16 @@ TEST_F(Project, RepairAddsWhatIsMissingAndResetsTheApplication) {
         file.SetItem(APPLICATION_SECTION, APP_DEFINITION, L"navigate", true);
     });
     EXPECT_FALSE(Opens());
-    EXPECT_TRUE(ProjectDefinition().RepairFile(path));
-    ASSERT_TRUE(Opens());
+    const std::string damaged = test::ReadBytes(path);
     std::wstring text;
+    test::FailEachCall([&] { test::WriteBytes(path, damaged); }, [&] { return ProjectDefinition().RepairFile(path); },
+                       [&](bool) {
+                           ProjectDefinition now;  // defaults whose file can't be read are missing, and no more
+                           EXPECT_TRUE(now.FileOpen(path, true, kOpenRead));
+                           EXPECT_EQ(now.Verify(), ProtectedFileObject::Verification::Valid);
+                           EXPECT_TRUE(now.GetProjectTitle(text) && text == L"Deurganckdok");
+                       });
+    ASSERT_TRUE(Opens());
     EXPECT_TRUE(project->GetProjectTitle(text) && text == L"Deurganckdok");
     EXPECT_TRUE(project->GetAppDefinition(text) && text.empty()) << "to be selected again";
     EXPECT_TRUE(project->GetItem(UNITS_SECTION, L"Depth Units", text) && text == L"Meters");
@@ -242,13 +252,30 @@ TEST_F(Project, RepairAddsWhatIsMissingAndResetsTheApplication) {
 
 TEST_F(Project, MovesOldPicturesAndReportsButNeverOverOthers) {
     const std::wstring folder = installation.ProjectFolder();
-    test::MakeFolders(folder + L"Multimedia");
-    test::WriteBytes(folder + L"Multimedia/a.jpg", "there before");
-    test::WriteBytes(folder + L"a.jpg", "newcomer");
-    test::WriteBytes(folder + L"B.PNG", "picture");
-    test::WriteBytes(folder + L"r.pdf", "report");
-    test::WriteBytes(folder + L"Multimedia/map.tif", "map");
-    ASSERT_TRUE(Opens());
+    const auto put = [&] {
+        for (const wchar_t* made : {L"Multimedia", L"Reports", L"map.tif"}) {
+            std::filesystem::remove_all(PathToBytes(folder + made));
+        }
+        test::MakeFolders(folder + L"Multimedia");
+        test::WriteBytes(folder + L"Multimedia/a.jpg", "there before");
+        test::WriteBytes(folder + L"a.jpg", "newcomer");
+        test::WriteBytes(folder + L"B.PNG", "picture");
+        test::WriteBytes(folder + L"r.pdf", "report");
+        test::WriteBytes(folder + L"Multimedia/map.tif", "map");
+    };
+    const auto text = [&](const wchar_t* name) {
+        return test::Exists(folder + name) ? test::ReadBytes(folder + name) : "";
+    };
+    const std::string saved = test::ReadBytes(path);
+    test::FailEachCall(
+        put, [&] { return Opens(); },
+        [&](bool) {
+            EXPECT_EQ(text(L"B.PNG") + text(L"Multimedia/B.PNG"), "picture") << "here or there";
+            EXPECT_EQ(text(L"r.pdf") + text(L"Reports/r.pdf"), "report");
+            EXPECT_EQ(text(L"Multimedia/map.tif"), "map");
+            EXPECT_TRUE(text(L"map.tif").empty() || text(L"map.tif") == "map");
+            EXPECT_EQ(test::ReadBytes(path), saved);
+        });
     EXPECT_TRUE(project->HasMultimediaReportFileMoved());
     EXPECT_EQ(test::ReadBytes(folder + L"Multimedia/a.jpg"), "there before");
     EXPECT_EQ(test::ReadBytes(folder + L"a.jpg"), "newcomer");

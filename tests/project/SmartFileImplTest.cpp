@@ -1,40 +1,22 @@
 #include "project/SmartFileImpl.h"
 
-#include <condition_variable>
-#include <mutex>
-
 #include "core/ConfigKeys.h"
 #include "project/ProjectDefinition.h"
 #include "project/VesselEditors.h"
+#include "support/CountingSubscriber.h"
 #include "support/TestInstallation.h"
 
 namespace orv {
 namespace {
 
-class Counter : public Subscriber {
-public:
-    void OnNotify() override {
-        const std::lock_guard lock(mutex);
-        ++calls;
-        changed.notify_all();
-    }
-    bool Within(std::chrono::milliseconds time, int wanted) {
-        std::unique_lock lock(mutex);
-        return changed.wait_for(lock, time, [&] { return calls >= wanted; });
-    }
-
-private:
-    std::mutex mutex;
-    std::condition_variable changed;
-    int calls = 0;
-};
+using test::CountingSubscriber;
 
 TEST(SmartFileImpl, TellsOfOthersSavesAndNotOfItsOwn) {
     const test::TestInstallation installation;
     ASSERT_TRUE(installation.Start());
     const std::wstring path = installation.ProjectFolder() + L"Job.acf";
     test::WriteBytes(path, "[A]\nB=1\n");
-    Counter counter;
+    CountingSubscriber counter;
     SmartFileImpl file(std::make_unique<FileObject>());
     EXPECT_FALSE(file.FileOpen(3, L"") || file.FileSave(3, L"") || file.FileOpen(3, L"none"));
     file.SetSubscriber(&counter, false);
@@ -45,7 +27,7 @@ TEST(SmartFileImpl, TellsOfOthersSavesAndNotOfItsOwn) {
     ASSERT_TRUE(other.FileOpen(path, kOpenRead));
     EXPECT_FALSE(counter.Within(std::chrono::milliseconds(50), 1)) << "its own save";
     ASSERT_TRUE(other.SetItem(L"A", L"B", 3, false) && other.FileSave(L"", kSave));
-    EXPECT_TRUE(counter.Within(std::chrono::seconds(20), 1)) << "another's, after a save of its own";
+    EXPECT_TRUE(counter.Reaches(1)) << "another's, after a save of its own";
     file.SetMergeSave(true);
     int value = 0;
     ASSERT_TRUE(file.GetFileObject().SetItem(L"A", L"C", 1, true) && file.FileSave(3, L"Job"));
@@ -53,6 +35,10 @@ TEST(SmartFileImpl, TellsOfOthersSavesAndNotOfItsOwn) {
     EXPECT_FALSE(counter.Within(std::chrono::milliseconds(50), 2));
     file.FileClose();
     EXPECT_FALSE(file.GetFileObject().FileInitialised());
+    file.Unsubscribe();
+    ASSERT_TRUE(other.SetItem(L"A", L"B", 4, false) && other.FileSave(L"", kSave));
+    ASSERT_TRUE(file.FileOpen(3, L"Job"));
+    EXPECT_FALSE(counter.Within(std::chrono::milliseconds(50), 2)) << "from before the subscription";
 }
 
 TEST(VesselEditors, OffsetKeepsItsNameButOnlyOkChangesIt) {
@@ -84,6 +70,10 @@ TEST(VesselEditors, OffsetKeepsItsNameButOnlyOkChangesIt) {
     point.name = L"Bow";
     point.penEntry = 2;
     EXPECT_TRUE(point.GetData(out) && out.pen == 257);
+    point.SetData({L"Stern", 1, -2, 257}, 4);
+    EXPECT_TRUE(point.penEntry == 2 && point.y == -2 && point.name == L"Stern" && point.GetLabels()[1] == L"Z");
+    point.SetData({L"Stern", 1, -2, 2}, 1);
+    EXPECT_FALSE(point.GetData(out)) << "no pen of the list";
     std::wstring labels;
     for (int side = 1; side <= 6; ++side) {
         point.SetViewSide(side);

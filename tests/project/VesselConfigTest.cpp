@@ -6,6 +6,7 @@
 #include "definitions/CDataId.h"
 #include "platform/os/Clock.h"
 #include "platform/text/PathText.h"
+#include "project/AliasMap.h"
 #include "support/TestSupport.h"
 
 namespace orv {
@@ -64,6 +65,11 @@ TEST(VesselConfig, AnItemLeadsToItsSectionAndKey) {
     maximum = 7;
     EXPECT_FALSE(vessel.GetDesignModelMaxZ(maximum, enabled));
     EXPECT_EQ(maximum, 7);
+    unsigned type = 7;
+    std::wstring name = L"mine";
+    EXPECT_TRUE(vessel.GetDesignModel(type, name) && type == 52 && name == L"Basin");
+    vessel.DeleteItem(L"GUIDANCE", L"DesignModelName", false);
+    EXPECT_FALSE(vessel.GetDesignModel(type, name));
     COrvDouble3D centre{1, 2, 3};
     EXPECT_FALSE(VesselConfig().GetCenterOfGravityOffset(centre));
     EXPECT_EQ(centre, COrvDouble3D());
@@ -76,6 +82,7 @@ TEST(VesselConfig, NameContourAndModelOfTheDay) {
         {"[GEOMETRY]\nShapeSelection=0,0,0,0,,hull,,-1\nVesselContour=old\n", true, L"hull"},
         {"[GEOMETRY]\nShapeSelection=1,1,0,1,Launch,hull,,3\nVesselContour=old\n", true, L"untouched"},
         {"[GEOMETRY]\nShapeSelection=0,0,0,0,,hull\nVesselContour=old\n", true, L"old"},
+        {"[GEOMETRY]\nShapeSelection=0, 0 ,0,0,, hull ,,-1\n", true, L"hull"},
         {"[GEOMETRY]\n", false, L"untouched"},
     };
     for (const auto& [text, found, expected] : contours) {
@@ -104,6 +111,8 @@ TEST(VesselIds, ReferencesFollowACopiedVessel) {
         {"other flags", L"S", L"@tr.dev.HeaveItem", "512,0,3,15,1,131", "512,0,9,15,1,131"},
         {"the original's group", L"S", L"@tr.dev.HeaveItem", "0,0,3,1012,1,1", "0,0,9,1011,1,1"},
         {"that group, fixed", L"S", L"@tr.dev.HeaveItem", "256,0,3,1012,1,1", "256,0,3,1011,1,1"},
+        {"flags that don't read", L"S", L"@tr.dev.HeaveItem", "x,0,3,15,1,131", "x,0,9,15,1,131"},
+        {"offset without flags", L"S", L"@tr.dev.AntennaOffset", ",0,3,Bow,0,3,1,1,1", ",0,9,Bow,0,9,1,1,1"},
         {"no vessel's group", L"S", L"@tr.dev.TideItem", "0,0,3,20,1,140", "0,0,3,20,1,140"},
         {"no vessel's computation", L"S", L"@tr.dev.TideItem", "0,0,3,1007,1,140", "0,0,3,1007,1,140"},
         {"too short", L"S", L"@tr.dev.HeaveItem", "0,0,3,15", "0,0,3,15"},
@@ -134,6 +143,15 @@ TEST(VesselIds, ReferencesFollowACopiedVessel) {
         EXPECT_TRUE(vessel.GetItem(section, key, now));
         EXPECT_EQ(std::string(now.begin(), now.end()), after) << name;
     }
+}
+
+TEST(VesselIds, TheFirstReferenceThatTells) {
+    unsigned id = 0;
+    EXPECT_FALSE(VesselFrom("[S]\n@tr.dev.HeaveItem(2)=0,0,4,15,1,131\n").GetVesselID(id)) << "an indexed one doesn't";
+    EXPECT_TRUE(VesselFrom("[S]\n@tr.dev.HeaveItem(2)=0,0,4,15,1,131\n@tr.dev.HeaveItem=0,0,x\n"
+                           "@tr.dev.TideItem=0,0,5,15,1,131\n")
+                    .GetVesselID(id));
+    EXPECT_EQ(id, 5u);
 }
 
 TEST(VesselIds, ConditionsOfTheNextLineLandInLogging) {
@@ -188,8 +206,9 @@ TEST(VesselDevices, ClosingGapsAndOrdering) {
     const std::string ordered = TextOf(vessel);
     EXPECT_FALSE(vessel.OrderDevices());
     EXPECT_EQ(TextOf(vessel), ordered);
+    vessel.CreateSection(L"DEVICE(07)", false);
     vessel.CreateSection(L"MYDEVICE", false);
-    EXPECT_EQ(vessel.GetNumDevices(), 6u);
+    EXPECT_EQ(vessel.GetNumDevices(), 7u);
     EXPECT_TRUE(vessel.RemoveAllDevices());
     EXPECT_EQ(TextOf(vessel), "[MYDEVICE]\n");
 }
@@ -240,6 +259,11 @@ TEST(VesselDevices, NamesComeFromAliases) {
     EXPECT_TRUE(vessel.HasKey(L"DEVICE(1)", L"UserName"));
     EXPECT_TRUE(vessel.GetDeviceName(2, CDataId(3, 999, 2, 110)).ends_with(L"(2) - x"));
     EXPECT_TRUE(vessel.HasKey(L"DEVICE(2)", L"UserName")) << "an empty alias is kept, too";
+    AliasMap aliases;
+    aliases.Load(vessel);
+    const AliasMap copy = aliases;
+    aliases.Load(VesselConfig());
+    EXPECT_EQ(copy.GetDataId(L"Main") + copy.GetDataId(L"broken") + aliases.GetDataId(L"Main"), L"3,1,1,110");
 }
 
 TEST(VesselDevices, OffsetsAreFoundDeviceByDevice) {
@@ -254,6 +278,15 @@ TEST(VesselDevices, OffsetsAreFoundDeviceByDevice) {
         found += std::to_wstring(device) + key + L";";
     }
     EXPECT_EQ(found, L"1@tr.dev.AntennaOffset;1@tr.dev.SensorOffset;3@tr.Comp(1).PivotOffset;");
+    vessel.RemoveDevice(2);
+    vessel.SetItem(L"DEVICE(4)", L"x", 1, true);
+    vessel.DeleteItem(L"DEVICE(1)", L"@tr.dev.AntennaOffset", false);
+    EXPECT_TRUE(vessel.FindOffsetUsage(L"bow", kSearchFirst, device, key, value));
+    EXPECT_FALSE(vessel.FindOffsetUsage(L"bow", kSearchNext, device, key, value)) << "a gap ends it";
+    vessel.SetItem(L"GEOMETRY", L"Offset(1)", L"Bow,1,2", true);
+    double x = 7, y = 7, z = 7;
+    EXPECT_FALSE(vessel.GetOffset(1, key, x, y, z) || x + y + z != 21);
+    EXPECT_TRUE(vessel.RemoveAllOffsets() && !vessel.RemoveAllOffsets());
 }
 
 TEST(VesselDevices, ConditionsAreAppendedHoweverManyAreClaimed) {
@@ -267,6 +300,9 @@ TEST(VesselDevices, ConditionsAreAppendedHoweverManyAreClaimed) {
     EXPECT_EQ(TextOf(vessel),
               "[DATASOURCE(1)]\nNumConditions(1,2)=1\nSwitchCondition(1,20,0)=other\nSwitchCondition(1,2,0)=a\n");
     EXPECT_FALSE(vessel.GetDataConditions(2, 1, 2, list));
+    VesselConfig fresh;
+    fresh.SetDataConditions(2, 1, 2, {L"a"});
+    EXPECT_EQ(TextOf(fresh), "[DATASOURCE(2)]\nNumConditions(1,2)=1\nSwitchCondition(1,2,0)=a\n");
 }
 
 }  // namespace

@@ -109,6 +109,23 @@ TEST_F(VesselExchange, PushMatchesAndRemoves) {
     EXPECT_EQ(test::ReadBytes(path), unreadable);
 }
 
+TEST_F(VesselExchange, PushThatFailsLeavesTheCommonFileWhole) {
+    VesselConfig own = Vessel({{L"1", L"g", L"A"}, {L"2", L"h", L"B"}}), common = Vessel({{L"1", L"g", L"Z"}});
+    own.SetItem(L"VesselGuid", L"GUID", L"v", true);
+    common.SetItem(L"Theirs", L"Kept", 1, true);
+    ASSERT_TRUE(common.FileSave(path, kSave));
+    const std::string before = test::ReadBytes(path);
+    ASSERT_TRUE(own.SaveCommonConfig(path));
+    const std::string after = test::ReadBytes(path);
+    ASSERT_NE(before, after);
+    test::FailEachCall([&] { test::WriteBytes(path, before); },
+                       [&] { return VesselConfig(own).SaveCommonConfig(path); },
+                       [&](bool pushed) {
+                           const std::string now = test::ReadBytes(path);
+                           EXPECT_TRUE(now == after || (!pushed && now == before)) << now;
+                       });
+}
+
 TEST_F(VesselExchange, PullKeepsWhatIsLocal) {
     VesselConfig common = Vessel({{L"1", L"g", L"A"}, {L"2", L"h", L"B"}, {L"5", L"i", L"C"}});
     common.SetItem(L"DEVICE(1)", L"@tr.dev.XCor", L"0,7", true);

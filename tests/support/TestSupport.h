@@ -5,7 +5,10 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <type_traits>
 #include <vector>
+
+#include "platform/os/FileSystem.h"
 
 namespace orv::test {
 
@@ -29,6 +32,25 @@ std::string ReadBytes(std::wstring_view path);
 void SetMode(std::wstring_view path, unsigned mode);
 void MakeFolders(std::wstring_view path);
 bool Exists(std::wstring_view path);
+
+/// Does something to files with the n-th call failing for each n; `check` looks at what it left behind.
+template <class Prepare, class Act, class Check>
+void FailEachCall(Prepare prepare, Act act, Check check) {
+    for (int n = 1;; ++n) {
+        SCOPED_TRACE(n);
+        prepare();
+        FailingFileSystem failing(n);
+        SetFileSystem(&failing);
+        const auto result = act();  // a result of a file call, or whether all went well
+        SetFileSystem(nullptr);
+        check(result);
+        if (!failing.HasFailed()) {
+            EXPECT_EQ(result, decltype(result)(std::is_same_v<decltype(result), const bool>));
+            EXPECT_GT(n, 5) << "the calls aren't counted";
+            return;
+        }
+    }
+}
 
 /// Runs `work(number)` in eight threads at once.
 template <class Work>

@@ -65,6 +65,8 @@ TEST(DredgeInstructionModel, DesignModels) {
         const std::string saved = Saved(model);
         EXPECT_NE(saved.find("GridModel=\r\n" + std::string(row.saved)), std::string::npos) << saved;
         EXPECT_EQ(saved.find("Historical Tracks"), std::string::npos);
+        model.SetDesignModelType(9999);
+        EXPECT_NE(Saved(model).find("DesignModelType=\r\n"), std::string::npos) << "the type read is replaced";
     }
 }
 

@@ -35,6 +35,7 @@ TEST(ShapeSelection, Texts) {
         {L"0,1,0,1,std,two,three,4", true, L"0,1,0,1,std,two,three,4"},
         {L"1,2,1,0,std,two,three", true, L"1,2,1,0,std,two,three,7"},
         {L"1,2,1,0,std,two,three,Tug", true, L"1,2,1,0,std,two,three,2"},
+        {L" 1, 2,1 ,0, std ,two,three ,Tug", true, L"1,2,1,0,std,two,three,2"},
         {L"1,2,1,0,std,two,three,tug", true, L"1,2,1,0,std,two,three,7"},
         {L"1,2,1,0,std,two", false, L"0,1,0,1,,,,7"},
         {L"1,2,x,0,std,two,three,4", false, L"0,1,0,1,,,,7"},
@@ -50,6 +51,8 @@ TEST(ShapeSelection, Texts) {
     shape.Set3DShape(L"three");
     shape.Set3DShapeType(2);
     EXPECT_TRUE(shape.Get2DShape() == L"three" && shape.Get2DShapeType() == 3);
+    shape.Set3DShapeType(2147483647);
+    EXPECT_EQ(shape.Get2DShapeType(), 2147483647);
     shape.SetUseSameShape(false);
     EXPECT_TRUE(shape.Get2DShape() == L"two" && shape.Get2DShapeType() == 1);
     shape.Set2DShape(L"a,b");
@@ -95,6 +98,7 @@ TEST(ShapeSelection, OldTools) {
         {{{L"DriverVersion", L"2"}, {L"SectionShape(0)", L"s"}, {L"3DStudioModel", L"m"}, {L"3DModelType", L"1"}},
          0,
          L"1,0,1,0,,s,m,-1"},
+        {{{L"DredgeHeadShape", L"h"}, {L"3DModelType", L"2147483647"}}, 0, L"1,0,2147483647,0,,h,,-1"},
         {{{L"ShapeSelection(3)", L"0,0,0,0,,a,b,5"}}, 3, L"0,0,0,0,,a,b,5"},
     };
     for (const auto& [items, segment, text] : rows) {

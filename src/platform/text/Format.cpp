@@ -51,29 +51,31 @@ std::optional<Conversion> ReadConversion(std::wstring_view pattern) {
     while (at < pattern.size() && ReadFlag(pattern[at], conversion)) ++at;
     conversion.width = ReadCount(pattern, at);
     if (at < pattern.size() && pattern[at] == L'.') conversion.precision = ReadCount(pattern, ++at);
-    if (pattern.substr(at, 2) == L"lf") ++at;
+    if (at < pattern.size() && pattern[at] == L'l') ++at;  // says nothing more of a double
     if (at == pattern.size()) return std::nullopt;
     conversion.type = pattern[at];
-    if (conversion.type != L'f' && conversion.type != L'e' && conversion.type != L'g') return std::nullopt;
+    if (std::wstring_view(L"fegFEG").find(conversion.type) == std::wstring_view::npos) return std::nullopt;
     conversion.length = at + 1;
     return conversion;
 }
 
 /// %#g keeps its trailing zeros, which makes it one of the other two; the formatting library has it a digit off.
 void ResolveAlternateGeneral(Conversion& conversion, double value) {
+    const bool capital = conversion.type == L'G';
     conversion.precision = std::max(1, conversion.precision) - 1;
-    conversion.type = L'e';
+    conversion.type = capital ? L'E' : L'e';
     const std::string text = fmt::format("{:.{}e}", value, conversion.precision);
     const std::size_t mark = text.find('e');
     if (mark == std::string::npos) return;  // not finite
     const int exponent = std::stoi(text.substr(mark + 1));
     if (exponent < -4 || exponent > conversion.precision) return;
-    conversion.type = L'f';
+    conversion.type = capital ? L'F' : L'f';
     conversion.precision -= exponent;
 }
 
 std::wstring Render(Conversion conversion, double value) {
-    if (conversion.alternate && conversion.type == L'g') ResolveAlternateGeneral(conversion, value);
+    if (conversion.alternate && (conversion.type == L'g' || conversion.type == L'G'))
+        ResolveAlternateGeneral(conversion, value);
     std::string field = "{:";
     if (conversion.left) field += '<';
     if (conversion.plus) field += '+';

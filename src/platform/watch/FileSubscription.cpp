@@ -9,9 +9,11 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <map>
+#include <chrono>
+#include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/os/FileSystem.h"
@@ -22,9 +24,18 @@ namespace orv {
 
 namespace {
 
-constexpr int kPollMilliseconds = 2000;
+using SteadyClock = std::chrono::steady_clock;
+
+/// Files without events are looked at in each turn.
+constexpr SteadyClock::duration kTurn = std::chrono::seconds(2);
+/// All others too, but seldom: some volumes take a watch and then tell nothing, a writer may keep its file open, and
+/// nobody tells that a folder further up was moved or a link led elsewhere.
+constexpr SteadyClock::duration kSlowTurn = std::chrono::seconds(10);
+/// After these a watch holds on to a folder that isn't the one of that name any more.
+constexpr std::uint32_t kFolderGone = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED;
 // A file counts as written when it is closed, or each block of a long save would be an event.
-constexpr std::uint32_t kEvents = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_CREATE | IN_DELETE;
+constexpr std::uint32_t kEvents =
+    IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_CREATE | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF;
 
 /// What tells one content of a file from the next without reading it.
 struct Trace {
@@ -49,10 +60,23 @@ bool HasEvents(const std::string& folder) {
     return std::find(kSilent.begin(), kSilent.end(), static_cast<std::uint32_t>(volume.f_type)) == kSilent.end();
 }
 
+/// Where a change of `path` shows: the folder of its name and, if that is a link, the one it leads to, as saves follow
+/// links. An empty name stands for a folder without events.
+std::vector<std::string> WatchedFolders(const std::wstring& path) {
+    std::vector<std::string> folders = {FolderOnDisk(NameOnDisk(path))};
+    std::string target = FolderOnDisk(NameOnDisk(Files().RealPath(path)));
+    if (target != folders.front()) folders.push_back(std::move(target));
+    for (std::string& folder : folders) {
+        if (!HasEvents(folder)) folder.clear();
+    }
+    return folders;
+}
+
 }  // namespace
 
 struct FileSubscription::State {
     void Look();
+    void SetSubscriber(Subscriber* next, bool own);
 
     std::mutex mutex;
     // Guarded by mutex.
@@ -62,8 +86,11 @@ struct FileSubscription::State {
     bool once = false;
     Subscriber* subscriber = nullptr;
     std::unique_ptr<Subscriber> owned;
-    // Held while the subscriber is called, by whom the destructor waits for.
+    // Held while the subscriber is called, and by those who wait for that call. Taken before the mutex.
     std::recursive_mutex calling;
+    // Guarded by calling: calls under way, one in another, and subscribers replaced from within their own.
+    int calls = 0;
+    std::vector<std::unique_ptr<Subscriber>> replaced;
 };
 
 void FileSubscription::State::Look() {
@@ -78,7 +105,24 @@ void FileSubscription::State::Look() {
         if (once) watching = false;
         called = subscriber;
     }
-    if (called) called->OnNotify();
+    if (!called) return;
+    ++calls;
+    called->OnNotify();
+    if (--calls == 0) replaced.clear();
+}
+
+void FileSubscription::State::SetSubscriber(Subscriber* next, bool own) {
+    std::unique_ptr<Subscriber> before;  // goes after the locks, for who knows what it does then
+    const std::lock_guard waited(calling);
+    const std::lock_guard lock(mutex);
+    before = std::move(owned);
+    if (before.get() == next) {
+        (void)before.release();  // stays, whoever owns it from now on
+    } else if (before && calls > 0) {
+        replaced.push_back(std::move(before));
+    }
+    subscriber = next;
+    owned.reset(own ? next : nullptr);
 }
 
 namespace {
@@ -95,30 +139,30 @@ public:
     }
 
     void Add(const StatePtr& state, const std::wstring& path) {
-        const std::string folder = FolderOnDisk(NameOnDisk(path));
+        Entry entry{state, path, {}};
+        const std::vector<std::string> folders = WatchedFolders(path);  // unlocked: a network may take its time
         const std::lock_guard lock(mutex);
-        Entry entry{state, -1};
-        if (events >= 0 && HasEvents(folder)) entry.watch = inotify_add_watch(events, folder.c_str(), kEvents);
-        entries.push_back(entry);
+        Attach(entry, folders);
+        entries.push_back(std::move(entry));
         if (!thread.joinable()) thread = std::thread([this] { Run(); });
         Wake();  // its rhythm may have changed
     }
 
     void Remove(const StatePtr& state) {
         const std::lock_guard lock(mutex);
-        const auto gone =
-            std::find_if(entries.begin(), entries.end(), [&](const Entry& e) { return e.state == state; });
+        const auto gone = Find(state);
         if (gone == entries.end()) return;
-        const int watch = gone->watch;
+        const std::vector<int> watches = std::move(gone->watches);
         entries.erase(gone);
-        const auto same = [&](const Entry& entry) { return entry.watch == watch; };
-        if (watch >= 0 && std::none_of(entries.begin(), entries.end(), same)) inotify_rm_watch(events, watch);
+        Release(watches);
     }
 
 private:
     struct Entry {
         StatePtr state;
-        int watch;  ///< of its folder; -1: looked at in turn
+        std::wstring path;
+        std::vector<int> watches;  ///< of its folders; -1: none, so that the file is looked at in turn
+        bool IsPolled() const { return std::find(watches.begin(), watches.end(), -1) != watches.end(); }
     };
 
     Watcher() : events(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)), wake(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
@@ -136,45 +180,108 @@ private:
     }
 
     void Run() {
+        SteadyClock::time_point turn = SteadyClock::now() + kTurn, slowTurn = SteadyClock::now() + kSlowTurn;
         while (!stopping) {
             std::array<pollfd, 2> waited = {{{events, POLLIN, 0}, {wake, POLLIN, 0}}};
-            const int ready = poll(waited.data(), waited.size(), wake < 0 || AnyPolled() ? kPollMilliseconds : -1);
+            poll(waited.data(), waited.size(), Milliseconds(turn, slowTurn));
             std::uint64_t ignored = 0;
             if (waited[1].revents) [[maybe_unused]]
                 const auto woken = read(wake, &ignored, sizeof ignored);
-            const std::vector<int> folders = ready > 0 && waited[0].revents ? ReadEvents() : std::vector<int>();
-            for (const StatePtr& state : Due(folders, ready == 0)) state->Look();
+            const Happened happened = waited[0].revents ? ReadEvents() : Happened();
+            // By the clock, and not when nothing has come for a while: another folder may never be quiet.
+            const SteadyClock::time_point now = SteadyClock::now();
+            const bool isSlow = now >= slowTurn, isTurn = isSlow || now >= turn;
+            for (const StatePtr& state : Due(happened, isTurn, isSlow)) state->Look();
+            if (isTurn) turn = SteadyClock::now() + kTurn;
+            if (isSlow) slowTurn = SteadyClock::now() + kSlowTurn;
         }
     }
 
-    /// The folders in which something has happened.
-    std::vector<int> ReadEvents() const {
+    /// Until the next turn that somebody needs; -1 for ever.
+    int Milliseconds(SteadyClock::time_point turn, SteadyClock::time_point slowTurn) {
+        const std::lock_guard lock(mutex);
+        if (entries.empty() && wake >= 0) return -1;
+        const bool polled = wake < 0 || std::any_of(entries.begin(), entries.end(), std::mem_fn(&Entry::IsPolled));
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>((polled ? std::min(turn, slowTurn) : slowTurn) -
+                                                                       SteadyClock::now());
+        return std::max(0, static_cast<int>(left.count()));
+    }
+
+    struct Happened {
+        std::vector<int> folders;  ///< in which something has happened; -1 when events were lost: all are looked at
+        std::vector<int> gone;     ///< those that aren't where they were
+    };
+    Happened ReadEvents() const {
         alignas(inotify_event) std::array<char, 4096> buffer;
-        std::vector<int> folders;
+        Happened happened;
         for (;;) {
             const ssize_t got = Retry([&] { return read(events, buffer.data(), buffer.size()); });
-            if (got <= 0) return folders;
+            if (got <= 0) return happened;
             for (ssize_t at = 0; at < got;) {
                 const auto* event = reinterpret_cast<const inotify_event*>(buffer.data() + at);
-                folders.push_back(event->wd);  // -1 when events were lost: all are looked at
+                happened.folders.push_back(event->wd);
+                if (event->mask & kFolderGone) happened.gone.push_back(event->wd);
                 at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
             }
         }
     }
 
-    std::vector<StatePtr> Due(const std::vector<int>& folders, bool turn) {
-        const auto has = [&](int watch) { return std::find(folders.begin(), folders.end(), watch) != folders.end(); };
+    std::vector<StatePtr> Due(const Happened& happened, bool turn, bool slowTurn) {
+        const auto has = [](const std::vector<int>& list, int watch) {
+            return std::find(list.begin(), list.end(), watch) != list.end();
+        };
         std::vector<StatePtr> due;
-        const std::lock_guard lock(mutex);
-        for (const Entry& entry : entries) {
-            if (entry.watch < 0 ? turn : has(entry.watch) || has(-1)) due.push_back(entry.state);
+        std::vector<std::pair<StatePtr, std::wstring>> moved;
+        {
+            const std::lock_guard lock(mutex);
+            for (Entry& entry : entries) {
+                const auto touched = [&](int watch) { return watch >= 0 && has(happened.folders, watch); };
+                if (slowTurn || (turn && entry.IsPolled()) || has(happened.folders, -1) ||
+                    std::any_of(entry.watches.begin(), entry.watches.end(), touched)) {
+                    due.push_back(entry.state);
+                }
+                for (int& watch : entry.watches) {
+                    if (watch >= 0 && has(happened.gone, watch)) watch = -1;
+                }
+                const bool polled = (turn || !happened.gone.empty()) && entry.IsPolled();
+                if (slowTurn || polled) moved.emplace_back(entry.state, entry.path);
+            }
+            for (const int watch : happened.gone) inotify_rm_watch(events, watch);  // a folder moved away keeps it
         }
-        return due;
+        for (const auto& [state, path] : moved) AttachAgain(state, path);
+        return due;  // looked at after that: what happens from here on is an event
     }
 
-    bool AnyPolled() {
+    /// Folders come and go, and links are led elsewhere.
+    void AttachAgain(const StatePtr& state, const std::wstring& path) {
+        const std::vector<std::string> folders = WatchedFolders(path);
         const std::lock_guard lock(mutex);
-        return std::any_of(entries.begin(), entries.end(), [](const Entry& entry) { return entry.watch < 0; });
+        const auto entry = Find(state);
+        if (entry == entries.end() || entry->path != path) return;
+        const std::vector<int> before = entry->watches;
+        Attach(*entry, folders);
+        Release(before);
+    }
+
+    // With the mutex held.
+    std::vector<Entry>::iterator Find(const StatePtr& state) {
+        return std::find_if(entries.begin(), entries.end(), [&](const Entry& e) { return e.state == state; });
+    }
+    void Attach(Entry& entry, const std::vector<std::string>& folders) const {
+        entry.watches.clear();
+        for (const std::string& folder : folders) {
+            entry.watches.push_back(events < 0 || folder.empty() ? -1
+                                                                 : inotify_add_watch(events, folder.c_str(), kEvents));
+        }
+    }
+    /// Ends those of the watches that no entry has any more.
+    void Release(const std::vector<int>& watches) const {
+        for (const int watch : watches) {
+            const auto has = [&](const Entry& entry) {
+                return std::find(entry.watches.begin(), entry.watches.end(), watch) != entry.watches.end();
+            };
+            if (watch >= 0 && std::none_of(entries.begin(), entries.end(), has)) inotify_rm_watch(events, watch);
+        }
     }
 
     const int events, wake;  // descriptors; -1 if the system gives none
@@ -192,10 +299,7 @@ FileSubscription::FileSubscription() : state(std::make_shared<State>()) {
 
 FileSubscription::~FileSubscription() {
     Unsubscribe();
-    const std::lock_guard waited(state->calling);
-    const std::lock_guard lock(state->mutex);
-    state->subscriber = nullptr;
-    state->owned.reset();
+    state->SetSubscriber(nullptr, false);
 }
 
 void FileSubscription::Subscribe(const std::wstring& path) {
@@ -219,9 +323,7 @@ void FileSubscription::Unsubscribe() {
 }
 
 void FileSubscription::SetSubscriber(Subscriber* subscriber, bool owned) {
-    const std::lock_guard lock(state->mutex);
-    state->subscriber = subscriber;
-    state->owned.reset(owned ? subscriber : nullptr);
+    state->SetSubscriber(subscriber, owned);
 }
 
 Subscriber* FileSubscription::GetSubscriber() const {
