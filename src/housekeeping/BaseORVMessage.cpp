@@ -18,6 +18,7 @@ namespace orv {
 namespace {
 
 constexpr int kRingSize = 100;
+constexpr std::uint32_t kNullPointer = 0x80004003;  // the code that the suite's programs know for it
 constexpr std::chrono::milliseconds kWriterPatience{3000};
 constexpr std::int64_t kFlushInterval = 60;   // seconds
 constexpr std::size_t kPendingLimit = 16384;  // bytes
@@ -71,8 +72,8 @@ void SetMessageDelivery(MessageDelivery delivery) {
 }
 
 BaseORVMessage::BaseORVMessage()
-    : key(AddressText(this)), buffer(std::make_unique<SearchBuffer<Message<wchar_t>>>()), port(L"NONE") {
-    if (!buffer->Init(1)) throw std::bad_alloc();
+    : key(AddressText(this)), buffer(new (std::nothrow) SearchBuffer<Message<wchar_t>>), port(L"NONE") {
+    if (!buffer || !buffer->Init(1)) throw CException(L"There is no memory for messages", kNullPointer);
 }
 
 BaseORVMessage::~BaseORVMessage() {
@@ -193,7 +194,7 @@ bool BaseORVMessage::SetLogging(bool on, const std::wstring& folder, const std::
 void BaseORVMessage::WriteLog(std::wstring_view text) {
     if (!timeIsNow) UpdateTime();
     timeIsNow = false;
-    if (dateText != logDate && !InitFileLogging()) {
+    if (dateText != logDate && !InitFileLogging() && !log) {
         logging = false;
         return;
     }
@@ -252,7 +253,7 @@ bool BaseORVMessage::InitFileLogging() {
     UpdateTime();
     logDate = dateText;
     std::wstring path;
-    const bool known = LogPath(path);
+    if (!LogPath(path)) return false;  // with the old file still open: a message in yesterday's is better than none
     if (log) {
         const FsResult result = CloseLog();
         if (result != FsResult::Ok) {
@@ -260,7 +261,7 @@ bool BaseORVMessage::InitFileLogging() {
             return false;
         }
     }
-    return known && OpenLog(path);
+    return OpenLog(path);
 }
 
 bool BaseORVMessage::OpenLog(const std::wstring& path) {
@@ -300,9 +301,10 @@ bool BaseORVMessage::GetMessage(Message<wchar_t>& out, long& index) {
 }
 
 bool BaseORVMessage::GetMessageAndIncrement(Message<wchar_t>& out, long& index) {
-    if (!GetMessage(out, index)) return false;
-    if (++index >= GetNumTotalMessages()) index = 0;
-    return true;
+    const bool found = GetMessage(out, index);
+    if (found) ++index;
+    if (index >= GetNumTotalMessages()) index = 0;  // also from beyond the ring: a view that stands there goes on
+    return found;
 }
 
 bool BaseORVMessage::IncrementIndex(long& index) {

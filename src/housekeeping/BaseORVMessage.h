@@ -32,7 +32,7 @@ enum MessageStatus : std::uint32_t {
 /// and appears as a message.
 class ORV_EXPORT BaseORVMessage : public AbstractORVMessage {
 public:
-    BaseORVMessage();
+    BaseORVMessage();  ///< throws a CException with the code 0x80004003 where there is no memory for a ring
     ~BaseORVMessage() override;
     BaseORVMessage(const BaseORVMessage&) = delete;
     BaseORVMessage& operator=(const BaseORVMessage&) = delete;
