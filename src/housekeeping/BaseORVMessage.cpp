@@ -84,7 +84,7 @@ BaseORVMessage::~BaseORVMessage() {
 
 bool BaseORVMessage::InitBuffer() {
     bufferReady = buffer->Init(kRingSize);
-    if (!bufferReady) errorStatus = kMessageNoRing;
+    if (!bufferReady) SetStatus(kMessageNoRing);
     return bufferReady;
 }
 
@@ -94,7 +94,7 @@ bool BaseORVMessage::AddMessage(CException* exception) {
     if (!exception) return false;
     const TimedLock lock(writers, kWriterPatience);
     if (!lock) {
-        errorStatus = kMessageTimeout;
+        SetStatus(kMessageTimeout);
         return false;
     }
     exception->GetErrorMessage(scratch.data(), scratch.size());
@@ -130,10 +130,10 @@ bool BaseORVMessage::AddMessage(MSG_LEVEL level, const std::wstring& text, bool 
     }
     const TimedLock lock(writers, kWriterPatience);
     if (!lock) {
-        errorStatus = kMessageTimeout;
+        SetStatus(kMessageTimeout);
         return false;
     }
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     if (!bufferReady && !InitBuffer()) return false;
     if (addTime && !noHeader) {
         UpdateTime();
@@ -147,17 +147,17 @@ bool BaseORVMessage::AddMessage(MSG_LEVEL level, const std::wstring& text, bool 
 }
 
 void BaseORVMessage::UpdateTime() {
-    const std::int64_t now = TheClock().UtcMilliseconds() / 1000;
+    const std::int64_t now = static_cast<std::int64_t>(CExTime::GetCoarseTime()) / 1000;
     if (now == timeOfTexts) return;
     timeOfTexts = now;
     const std::wstring text = CExTime::TimeToString(static_cast<double>(now) * 1000.0, 1, 0, 1);
     timePrefix = text + L" : ";
     const CalendarTime local = LocalCalendar(now);
-    dateText = IntText(std::int64_t{local.year} * 10000 + local.month * 100 + local.day);
+    today = std::int64_t{local.year} * 10000 + local.month * 100 + local.day;
 }
 
 bool BaseORVMessage::LogErrorMessage(MSG_LEVEL level, std::wstring text, bool post, MSG_FILTER filter) {
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     if (logging && log) WriteLog(text);
     if (bufferReady) {
         sequence = static_cast<std::int32_t>(static_cast<std::uint32_t>(sequence) + 1);
@@ -170,16 +170,16 @@ bool BaseORVMessage::LogErrorMessage(MSG_LEVEL level, std::wstring text, bool po
 bool BaseORVMessage::SetLogging(bool on, const std::wstring& folder, const std::wstring& prefix) {
     const TimedLock lock(writers, kWriterPatience);
     if (!lock) {
-        errorStatus = kMessageTimeout;
+        SetStatus(kMessageTimeout);
         return false;
     }
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     if (!folder.empty()) logFolder = WithSeparator(ToNativePath(folder));
     if (!prefix.empty()) logPrefix = prefix;
     if (on && !logging) {
         const bool started = InitFileLogging();
         logging = started;
-        if (!started) errorStatus = kMessageNoLog;
+        if (!started) SetStatus(kMessageNoLog);
         return started;
     }
     if (!on && logging) {
@@ -194,7 +194,7 @@ bool BaseORVMessage::SetLogging(bool on, const std::wstring& folder, const std::
 void BaseORVMessage::WriteLog(std::wstring_view text) {
     if (!timeIsNow) UpdateTime();
     timeIsNow = false;
-    if (dateText != logDate && !InitFileLogging() && !log) {
+    if (today != logDate && !InitFileLogging() && !log) {
         logging = false;
         return;
     }
@@ -232,7 +232,7 @@ FsResult BaseORVMessage::CloseLog() {
 }
 
 bool BaseORVMessage::StopFileLogging() {
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     if (!log) return false;
     const FsResult result = CloseLog();
     if (result != FsResult::Ok) FailLogging(result);
@@ -245,13 +245,14 @@ bool BaseORVMessage::LogPath(std::wstring& path) const {
     if (folder.empty() && !search.GetFilePath(kFileTypeEventLogData, folder)) return false;
     static_cast<void>(MakeFolders(folder));
     if (!search.GetFileExtension(kFileTypeEventLogData, extension)) return false;
-    path = folder + search.GetAppName() + L"_" + (logPrefix.empty() ? L"" : logPrefix + L"_") + logDate + extension;
+    path = folder + search.GetAppName() + L"_" + (logPrefix.empty() ? L"" : logPrefix + L"_") + IntText(logDate) +
+           extension;
     return true;
 }
 
 bool BaseORVMessage::InitFileLogging() {
     UpdateTime();
-    logDate = dateText;
+    logDate = today;
     std::wstring path;
     if (!LogPath(path)) return false;  // with the old file still open: a message in yesterday's is better than none
     if (log) {
@@ -287,7 +288,7 @@ bool BaseORVMessage::OpenLog(const std::wstring& path) {
 // ---- readers
 
 bool BaseORVMessage::Found(bool found) {
-    errorStatus = found ? kMessageOk : kMessageNone;
+    SetStatus(found ? kMessageOk : kMessageNone);
     return found;
 }
 
@@ -308,7 +309,7 @@ bool BaseORVMessage::GetMessageAndIncrement(Message<wchar_t>& out, long& index) 
 }
 
 bool BaseORVMessage::IncrementIndex(long& index) {
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     const long capacity = buffer->Capacity();
     if (capacity <= 0) return false;
     index = (index % capacity + 1 + capacity) % capacity;
@@ -316,7 +317,7 @@ bool BaseORVMessage::IncrementIndex(long& index) {
 }
 
 bool BaseORVMessage::GetLastMessageIdx(long& index) {
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     return buffer->LastSlot(index);
 }
 
