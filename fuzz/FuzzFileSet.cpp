@@ -16,6 +16,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<std::wstring> names;
     set.GetFileNamesShort(names);
     REQUIRE(static_cast<int>(names.size()) <= set.NumFiles());
-    while (set.NumFiles() > 0) set.DeleteFileName(std::wstring(set[0]));
+    while (set.NumFiles() > 0) set.DeleteFileName(set[0]);
     return 0;
 }

@@ -9,4 +9,4 @@ log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 started=$(date +%s)
 build/tsan/bin/housekeeping_tests --gtest_filter='ManyThreads.*' >"$log" 2>&1 || { tail -n 40 "$log"; exit 1; }
-echo "messages: $(sed -nE 's/^\[  PASSED  \] //p' "$log") of $ORV_MESSAGES messages each under tsan, $(($(date +%s) - started)) s"
+echo "messages: $(sed -nE 's/^\[  PASSED  \] (.*)\./\1/p' "$log") of $ORV_MESSAGES messages each under tsan, $(($(date +%s) - started)) s"

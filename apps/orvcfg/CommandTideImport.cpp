@@ -2,8 +2,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <memory>
+#include <thread>
 
 #include "Commands.h"
 #include "Document.h"
@@ -11,6 +14,7 @@
 #include "TideStationAccess.h"
 #include "TimeText.h"
 #include "platform/text/NumberText.h"
+#include "platform/watch/SubscriptionManager.h"
 
 namespace orv::cfg {
 
@@ -136,6 +140,28 @@ ExitCode TellNothingImported(CsvReader& csv) {
     return kSomeFailed;
 }
 
+/// Notices when the station is read from disk again because another program has saved it: values that were placed but
+/// not saved are gone then.
+class ReloadWatch {
+public:
+    ReloadWatch() : number(SubscriptionManager::Instance().Subscribe(Callback(reloaded))) {}
+    ~ReloadWatch() { SubscriptionManager::Instance().Unsubscribe(number); }
+    ReloadWatch(const ReloadWatch&) = delete;
+    ReloadWatch& operator=(const ReloadWatch&) = delete;
+    bool HasReloaded() const { return *reloaded; }
+
+private:
+    using Flag = std::shared_ptr<std::atomic<bool>>;  // a call that is under way may outlive this
+    /// A save of our own notifies, too, but on this thread.
+    static SubscriptionManager::Callback Callback(Flag flag) {
+        return [flag = std::move(flag), own = std::this_thread::get_id()](int, const std::wstring&) {
+            if (std::this_thread::get_id() != own) *flag = true;
+        };
+    }
+    const Flag reloaded = std::make_shared<std::atomic<bool>>(false);
+    const int number;
+};
+
 ExitCode Import(Session& session, const Arguments& arguments) {
     TimeReader reader;
     if (const char* const wrong = reader.SetZone(arguments.zone)) {
@@ -149,6 +175,7 @@ ExitCode Import(Session& session, const Arguments& arguments) {
     if (csv.bad > 0 && !arguments.skipBad) return TellNothingImported(csv);
     TideStation station;
     if (!OpenStation(session, arguments.station, station, arguments.create)) return kCannotRun;
+    const ReloadWatch watch;
     // Values are compared and kept as they were measured; the offset is put back before the station is saved.
     const double offset = station.GetStationOffset();
     station.SetStationOffset(0);
@@ -162,9 +189,14 @@ ExitCode Import(Session& session, const Arguments& arguments) {
     // Other programs watch the file of the station, which is written in front of the values: once more, and they read
     // those, too.
     bool saved = true;
-    for (int write = 0; write < 2; ++write) {
+    for (int write = 0; write < 2 && !watch.HasReloaded(); ++write) {
         station.SetStationOffset(offset);
         saved = station.FileSave() && saved;
+    }
+    if (watch.HasReloaded()) {
+        session.Problem(arguments.station, "Another program has saved the station meanwhile",
+                        "Import again: what is there is kept.");
+        return kSomeFailed;
     }
     if (!saved) {
         session.Problem(arguments.station, "The values can't be saved",

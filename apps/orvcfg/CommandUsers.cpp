@@ -87,9 +87,10 @@ bool ChoosePassword(Session& session, const UserArguments& arguments, Secret& pa
                         "It starts with a letter of the Western alphabets; --no-password asks for none.");
         return false;
     }
-    const Secret stored(record.Get(UserDataRecord::kPassword));
-    if (stored.text != password.text) session.Note("the password is stored cut to 31 letters of the Western alphabets");
-    return true;
+    if (record.Holds(UserDataRecord::kPassword, password.text)) return true;
+    session.Problem({}, "The password can't be stored as it is, so it would open nothing",
+                    "It has up to 31 letters of the Western alphabets.");
+    return false;
 }
 
 std::vector<Column> Columns() {

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::wstring_view kLocalizations = L"localizations/";
 constexpr std::wstring_view kShowAs = L"showas.txt";
-constexpr std::uint64_t kLongestShowAs = 1 << 16;
+constexpr std::size_t kShowAsRead = 1 << 16;  // bytes; the name stands in the first line
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 /// The number at the start of a name, clipped; 0 if there is none.
@@ -28,6 +28,24 @@ int LeadingHex(std::wstring_view name) {
     int id = 0;
     const auto result = std::from_chars(ascii.data(), ascii.data() + ascii.size(), id, 16);
     return result.ec == std::errc::result_out_of_range ? std::numeric_limits<int>::max() : id;
+}
+
+bool ReadStart(const std::wstring& path, std::string& bytes) {
+    std::unique_ptr<File> file;
+    if (Files().Open(path, {.share = Share::DenyNone}, file) != FsResult::Ok) return false;
+    bytes.resize(kShowAsRead);
+    std::size_t used = 0, got = 1;
+    for (; got > 0 && used < kShowAsRead; used += got) {
+        if (file->Read(bytes.data() + used, kShowAsRead - used, got) != FsResult::Ok) return false;
+    }
+    bytes.resize(used);
+    return true;
+}
+
+std::wstring FromLatin1(std::string_view bytes) {
+    std::wstring text;
+    for (const char c : bytes) text += static_cast<unsigned char>(c);
+    return text;
 }
 
 }  // namespace
@@ -54,8 +72,7 @@ bool ChooseLanguageCore::GetAvailableLanguages(std::vector<Language>& list) {
 
 std::wstring ChooseLanguageCore::GetLanguageNameFromShowAs(const std::wstring& folder) {
     std::string bytes;
-    const std::wstring path = WithSeparator(folder) + std::wstring(kShowAs);
-    if (ReadWholeFile(path, bytes, Share::DenyNone, kLongestShowAs) != FsResult::Ok) return {};
+    if (!ReadStart(WithSeparator(folder) + std::wstring(kShowAs), bytes)) return {};
     // These two have always been written as UTF-8.
     return ReadShowAs(bytes, EndsWithNoCase(folder, L"040A") || EndsWithNoCase(folder, L"040C"));
 }
@@ -65,7 +82,8 @@ bool ChooseLanguageDialog::Ok(int id) const {
 }
 
 bool ChooseLanguageDialog::ChangeLanguageSetting(const std::wstring& text) {
-    return DataSearch::GetDataSearch().GetOrvIni().SetUserLanguage(text);
+    OrvIniFile_IO& settings = DataSearch::GetDataSearch().GetOrvIni();
+    return settings.SetUserLanguage(text) && settings.FileSave(L"", 0, kSave);
 }
 
 std::wstring LanguageSettingText(int id) {
@@ -80,7 +98,7 @@ std::wstring LanguageSettingText(int id) {
 std::wstring ReadShowAs(std::string_view bytes, bool onlyUtf8) {
     if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
     const std::string_view line = bytes.substr(0, bytes.find_first_of("\r\n"));
-    return FromUtf8(onlyUtf8 || IsUtf8(line) ? std::string(line) : Windows1252ToUtf8(line));
+    return onlyUtf8 || IsUtf8(line) ? FromUtf8(line) : FromLatin1(line);
 }
 
 }  // namespace orv

@@ -37,7 +37,8 @@ class ORV_EXPORT ChooseLanguageDialog {
 public:
     bool Open() { return core.SearchForAvailableLanguages(); }  ///< false: nothing to choose from
     const std::map<int, std::wstring>& Choices() const { return core.GetLanguageMap(); }
-    /// Stores the choice in the settings; false leaves the form open. It takes effect as the application decides.
+    /// Stores the choice in the settings and saves them; false leaves the form open. It takes effect as the application
+    /// decides.
     bool Ok(int id) const;
 
 private:
@@ -48,7 +49,7 @@ private:
 /// A locale id as the settings hold it: hexadecimal, four wide, padded with blanks in front, not zeros. Readers allow
 /// for the blank.
 ORV_EXPORT std::wstring LanguageSettingText(int id);
-/// First line of a showas.txt: UTF-8, or the old Windows page where it isn't that and `onlyUtf8` doesn't rule it out.
+/// First line of a showas.txt: UTF-8, or Latin-1 where it isn't that and `onlyUtf8` doesn't rule it out.
 ORV_EXPORT std::wstring ReadShowAs(std::string_view bytes, bool onlyUtf8);
 
 }  // namespace orv

@@ -30,7 +30,8 @@ bool DirectorySetup::Open() {
     project.GetItem(DATA_PATH_SECTION, USE_BACKUP_LOG_FOLDER, backup);
     useBackup = backup == 1;
     naming = LogNaming::Of(project);
-    if (naming.items.empty()) naming.items = DefaultNaming().items;
+    // A list without a whole item is one that was emptied, not one that was never made.
+    if (!project.HasKey(DATA_PATH_SECTION, FILENAME_ITEMS)) naming.items = DefaultNaming().items;
     automaticOnly = false;
     project.GetItem(DATA_PATH_SECTION, BORACIET_VOLUME_CSV, automaticOnly);
     if (!automaticOnly) return true;
@@ -47,6 +48,13 @@ bool DirectorySetup::Save() {
            set(LOG_FILE_USER_TEXT, naming.userText) && set(LOG_FILE_SEPARATOR, naming.separator) &&
            set(FILENAME_ITEMS, FilenameItemsText(naming.items)) &&
            set(REPLACE_DOTS_IN_LOGFILENAME, naming.replaceDots) && SaveProject(project);
+}
+
+bool DirectorySetup::BrowseBackupFolder(const FolderDialog& dialog) {
+    std::wstring path = backupFolder;
+    if (!dialog(L"Search Backup Log folder", path)) return false;
+    backupFolder = std::move(path);
+    return true;
 }
 
 std::wstring DirectorySetup::ExampleName() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,6 +25,10 @@ public:
     [[nodiscard]] bool Open();
     /// Writes all of it; false if the project can't be saved.
     [[nodiscard]] bool Save();
+
+    /// Asks for a folder; `path` holds where to begin, and then the choice. False if the user cancelled.
+    using FolderDialog = std::function<bool(const std::wstring& title, std::wstring& path)>;
+    bool BrowseBackupFolder(const FolderDialog& dialog);  ///< takes the choice into `backupFolder`
 
     // What the fields show.
 

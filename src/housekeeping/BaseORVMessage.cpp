@@ -18,6 +18,7 @@ namespace orv {
 namespace {
 
 constexpr int kRingSize = 100;
+constexpr std::uint32_t kNullPointer = 0x80004003;  // the code that the suite's programs know for it
 constexpr std::chrono::milliseconds kWriterPatience{3000};
 constexpr std::int64_t kFlushInterval = 60;   // seconds
 constexpr std::size_t kPendingLimit = 16384;  // bytes
@@ -71,8 +72,8 @@ void SetMessageDelivery(MessageDelivery delivery) {
 }
 
 BaseORVMessage::BaseORVMessage()
-    : key(AddressText(this)), buffer(std::make_unique<SearchBuffer<Message<wchar_t>>>()), port(L"NONE") {
-    if (!buffer->Init(1)) throw std::bad_alloc();
+    : key(AddressText(this)), buffer(new (std::nothrow) SearchBuffer<Message<wchar_t>>), port(L"NONE") {
+    if (!buffer || !buffer->Init(1)) throw CException(L"There is no memory for messages", kNullPointer);
 }
 
 BaseORVMessage::~BaseORVMessage() {
@@ -83,7 +84,7 @@ BaseORVMessage::~BaseORVMessage() {
 
 bool BaseORVMessage::InitBuffer() {
     bufferReady = buffer->Init(kRingSize);
-    if (!bufferReady) errorStatus = kMessageNoRing;
+    if (!bufferReady) SetStatus(kMessageNoRing);
     return bufferReady;
 }
 
@@ -93,7 +94,7 @@ bool BaseORVMessage::AddMessage(CException* exception) {
     if (!exception) return false;
     const TimedLock lock(writers, kWriterPatience);
     if (!lock) {
-        errorStatus = kMessageTimeout;
+        SetStatus(kMessageTimeout);
         return false;
     }
     exception->GetErrorMessage(scratch.data(), scratch.size());
@@ -129,10 +130,10 @@ bool BaseORVMessage::AddMessage(MSG_LEVEL level, const std::wstring& text, bool 
     }
     const TimedLock lock(writers, kWriterPatience);
     if (!lock) {
-        errorStatus = kMessageTimeout;
+        SetStatus(kMessageTimeout);
         return false;
     }
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     if (!bufferReady && !InitBuffer()) return false;
     if (addTime && !noHeader) {
         UpdateTime();
@@ -146,17 +147,17 @@ bool BaseORVMessage::AddMessage(MSG_LEVEL level, const std::wstring& text, bool 
 }
 
 void BaseORVMessage::UpdateTime() {
-    const std::int64_t now = TheClock().UtcMilliseconds() / 1000;
+    const std::int64_t now = static_cast<std::int64_t>(CExTime::GetCoarseTime()) / 1000;
     if (now == timeOfTexts) return;
     timeOfTexts = now;
     const std::wstring text = CExTime::TimeToString(static_cast<double>(now) * 1000.0, 1, 0, 1);
     timePrefix = text + L" : ";
     const CalendarTime local = LocalCalendar(now);
-    dateText = IntText(std::int64_t{local.year} * 10000 + local.month * 100 + local.day);
+    today = std::int64_t{local.year} * 10000 + local.month * 100 + local.day;
 }
 
 bool BaseORVMessage::LogErrorMessage(MSG_LEVEL level, std::wstring text, bool post, MSG_FILTER filter) {
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     if (logging && log) WriteLog(text);
     if (bufferReady) {
         sequence = static_cast<std::int32_t>(static_cast<std::uint32_t>(sequence) + 1);
@@ -169,16 +170,16 @@ bool BaseORVMessage::LogErrorMessage(MSG_LEVEL level, std::wstring text, bool po
 bool BaseORVMessage::SetLogging(bool on, const std::wstring& folder, const std::wstring& prefix) {
     const TimedLock lock(writers, kWriterPatience);
     if (!lock) {
-        errorStatus = kMessageTimeout;
+        SetStatus(kMessageTimeout);
         return false;
     }
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     if (!folder.empty()) logFolder = WithSeparator(ToNativePath(folder));
     if (!prefix.empty()) logPrefix = prefix;
     if (on && !logging) {
         const bool started = InitFileLogging();
         logging = started;
-        if (!started) errorStatus = kMessageNoLog;
+        if (!started) SetStatus(kMessageNoLog);
         return started;
     }
     if (!on && logging) {
@@ -193,7 +194,7 @@ bool BaseORVMessage::SetLogging(bool on, const std::wstring& folder, const std::
 void BaseORVMessage::WriteLog(std::wstring_view text) {
     if (!timeIsNow) UpdateTime();
     timeIsNow = false;
-    if (dateText != logDate && !InitFileLogging()) {
+    if (today != logDate && !InitFileLogging() && !log) {
         logging = false;
         return;
     }
@@ -231,7 +232,7 @@ FsResult BaseORVMessage::CloseLog() {
 }
 
 bool BaseORVMessage::StopFileLogging() {
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     if (!log) return false;
     const FsResult result = CloseLog();
     if (result != FsResult::Ok) FailLogging(result);
@@ -244,15 +245,16 @@ bool BaseORVMessage::LogPath(std::wstring& path) const {
     if (folder.empty() && !search.GetFilePath(kFileTypeEventLogData, folder)) return false;
     static_cast<void>(MakeFolders(folder));
     if (!search.GetFileExtension(kFileTypeEventLogData, extension)) return false;
-    path = folder + search.GetAppName() + L"_" + (logPrefix.empty() ? L"" : logPrefix + L"_") + logDate + extension;
+    path = folder + search.GetAppName() + L"_" + (logPrefix.empty() ? L"" : logPrefix + L"_") + IntText(logDate) +
+           extension;
     return true;
 }
 
 bool BaseORVMessage::InitFileLogging() {
     UpdateTime();
-    logDate = dateText;
+    logDate = today;
     std::wstring path;
-    const bool known = LogPath(path);
+    if (!LogPath(path)) return false;  // with the old file still open: a message in yesterday's is better than none
     if (log) {
         const FsResult result = CloseLog();
         if (result != FsResult::Ok) {
@@ -260,7 +262,7 @@ bool BaseORVMessage::InitFileLogging() {
             return false;
         }
     }
-    return known && OpenLog(path);
+    return OpenLog(path);
 }
 
 bool BaseORVMessage::OpenLog(const std::wstring& path) {
@@ -286,7 +288,7 @@ bool BaseORVMessage::OpenLog(const std::wstring& path) {
 // ---- readers
 
 bool BaseORVMessage::Found(bool found) {
-    errorStatus = found ? kMessageOk : kMessageNone;
+    SetStatus(found ? kMessageOk : kMessageNone);
     return found;
 }
 
@@ -300,13 +302,14 @@ bool BaseORVMessage::GetMessage(Message<wchar_t>& out, long& index) {
 }
 
 bool BaseORVMessage::GetMessageAndIncrement(Message<wchar_t>& out, long& index) {
-    if (!GetMessage(out, index)) return false;
-    if (++index >= GetNumTotalMessages()) index = 0;
-    return true;
+    const bool found = GetMessage(out, index);
+    if (found) ++index;
+    if (index >= GetNumTotalMessages()) index = 0;  // also from beyond the ring: a view that stands there goes on
+    return found;
 }
 
 bool BaseORVMessage::IncrementIndex(long& index) {
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     const long capacity = buffer->Capacity();
     if (capacity <= 0) return false;
     index = (index % capacity + 1 + capacity) % capacity;
@@ -314,7 +317,7 @@ bool BaseORVMessage::IncrementIndex(long& index) {
 }
 
 bool BaseORVMessage::GetLastMessageIdx(long& index) {
-    errorStatus = kMessageOk;
+    SetStatus(kMessageOk);
     return buffer->LastSlot(index);
 }
 

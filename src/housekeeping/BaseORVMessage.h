@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -32,7 +31,7 @@ enum MessageStatus : std::uint32_t {
 /// and appears as a message.
 class ORV_EXPORT BaseORVMessage : public AbstractORVMessage {
 public:
-    BaseORVMessage();
+    BaseORVMessage();  ///< throws a CException with the code 0x80004003 where there is no memory for a ring
     ~BaseORVMessage() override;
     BaseORVMessage(const BaseORVMessage&) = delete;
     BaseORVMessage& operator=(const BaseORVMessage&) = delete;
@@ -74,6 +73,7 @@ protected:
     virtual bool LogErrorMessage(MSG_LEVEL level, std::wstring text, bool post, MSG_FILTER filter);
 
 private:
+    void SetStatus(MessageStatus status) { errorStatus.store(status, std::memory_order_relaxed); }
     bool InitBuffer();
     bool InitFileLogging();
     bool StopFileLogging();
@@ -90,7 +90,7 @@ private:
     std::atomic<bool> logging{false}, raw{false}, noHeader{false};
     std::wstring key;
     std::unique_ptr<SearchBuffer<Message<wchar_t>>> buffer;
-    mutable std::mutex portMutex;
+    mutable CriticalSection portMutex;
     std::wstring port;  // guarded by portMutex
 
     TimedMutex writers;  // guards all below
@@ -98,14 +98,16 @@ private:
     std::unique_ptr<File> log;
     std::wstring logPath;
     std::string pending;  // written text that isn't in the file yet
-    std::wstring logFolder, logPrefix, logDate;
+    std::wstring logFolder, logPrefix;
+    std::int64_t logDate = 0;    // of the log's name: the digits YYYYMMDD, as the next
     std::int64_t lastFlush = 0;  // seconds UTC
     std::array<wchar_t, 255> scratch{};
     std::int32_t sequence = 0;
     // The second of the last message as text: a burst of messages formats it once.
     std::int64_t timeOfTexts = -1;
     bool timeIsNow = false;  // looked at for the message under way
-    std::wstring timePrefix, dateText;
+    std::wstring timePrefix;
+    std::int64_t today = 0;
 };
 
 }  // namespace orv

@@ -7,7 +7,10 @@
 #include <cstdint>
 #include <mutex>
 #include <new>
+#include <utility>
 #include <vector>
+
+#include "platform/os/CriticalSection.h"
 
 namespace orv {
 
@@ -50,13 +53,14 @@ public:
         return End(kRingOk);
     }
 
-    bool Add(const Item& item) {
+    bool Add(Item item) {
         const std::lock_guard lock(mutex);
         if (items.empty()) return End(kRingNoArray);
-        items[static_cast<std::size_t>(writeIndex)] = item;
-        writeIndex = (writeIndex + 1) % capacity;
-        total = std::min(total + 1, capacity.load());
-        unused = std::min(unused + 1, capacity.load());
+        std::swap(items[static_cast<std::size_t>(writeIndex)], item);  // the oldest goes when the lock is free again
+        writeIndex = writeIndex + 1 < capacity ? writeIndex + 1 : 0;
+        // Changed under the lock only, and nothing hangs on their order.
+        total.store(std::min(total + 1, capacity.load()), std::memory_order_relaxed);
+        unused.store(std::min(unused + 1, capacity.load()), std::memory_order_relaxed);
         return End(kRingOk);
     }
 
@@ -112,7 +116,7 @@ protected:
     }
 
     std::vector<Item> items;
-    mutable std::recursive_mutex mutex;
+    mutable CriticalSection mutex;
     // Changed under the mutex; the counts are also read without.
     std::atomic<int> capacity{0};
     int writeIndex = 0;  ///< slot of the next message

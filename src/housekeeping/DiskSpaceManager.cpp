@@ -90,12 +90,15 @@ void DiskSpaceManager::Start(CTime now) {
     if ((!maxDaysEnabled && !minFreeEnabled) || now <= requestedTime) return;
     // The worker gets its folders here: settings and project belong to the main thread.
     TypeFolders types = FindTypeFolders();
+    const CTime before = requestedTime;
     {
         const std::lock_guard lock(mutex);
         requestedTime = now;
         requestedTypes = std::move(types);
     }
-    worker.Wake();
+    if (worker.Wake()) return;
+    const std::lock_guard lock(mutex);
+    requestedTime = before;  // so that the same request is heard when there is a thread again
 }
 
 void DiskSpaceManager::DeleteOldFiles(CTime time) {

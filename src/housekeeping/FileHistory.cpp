@@ -22,6 +22,12 @@ constexpr std::wstring_view kNotCreated = L"[File History] Failed to backup file
 constexpr std::wstring_view kDeleted = L"[File History] Deleted backup file: %s";
 constexpr std::wstring_view kNotDeleted = L"[File History] Failed to delete backup file: %s";
 
+/// When a copy was valid from. Copies are told apart by it alone: a title keeps its copies when it is renamed to
+/// another case, and those would sort in front of or behind all the others.
+std::wstring_view TimePartOf(std::wstring_view name) {
+    return name.substr(name.size() - kTimePartSize);
+}
+
 /// The last entry that isn't at or behind the first one for which `isLate` holds; the first entry if there is none
 /// before that; the end of an empty list.
 template <class IsLate>
@@ -61,7 +67,9 @@ public:
     Names Find(std::wstring_view title) const {
         const auto found = names.find(ToLower(title));
         Names copies = found != names.end() ? found->second : Names();
-        std::sort(copies.begin(), copies.end());
+        std::sort(copies.begin(), copies.end(), [](const std::wstring& a, const std::wstring& b) {
+            return std::pair(TimePartOf(a), std::wstring_view(a)) < std::pair(TimePartOf(b), std::wstring_view(b));
+        });
         return copies;
     }
     bool HasLink(std::wstring_view nameWithExtension) const { return links.contains(ToLower(nameWithExtension)); }
@@ -73,6 +81,10 @@ public:
                (found != names.end() && std::any_of(found->second.begin(), found->second.end(),
                                                     [&](const std::wstring& n) { return ToLower(n) == lower; }));
     }
+    /// A copy that is gone: where case tells two titles apart, the other one must not name it again.
+    void Drop(const std::wstring& name) {
+        std::erase(names[ToLower(std::wstring_view(name).substr(0, name.size() - kTimePartSize))], name);
+    }
     const auto& All() const { return names; }
     bool isMade = false;  // the folder, or at least it was tried
 
@@ -82,8 +94,9 @@ private:
 };
 
 bool FileHistory::LoadSettings(DataSearch& search) {
-    enabled = false;
-    if (!search.GetDataPathInfo(kLocationFileHistory, historyFolder)) return false;
+    std::wstring folder;
+    if (!search.GetDataPathInfo(kLocationFileHistory, folder)) return false;
+    historyFolder = std::move(folder);
     const FileHistorySetup setup = LoadFileHistorySetup(search.GetProjectDefinition());
     enabled = setup.enabled;
     maxDays = setup.maxDays;
@@ -127,7 +140,7 @@ void FileHistory::MakeBackup(const TypeFolders& types, CTime now, const std::ato
             if (stop) break;
             Names copies = history.Find(file.title);
             copied = BackupFile(file, copies, history, now, stop) || copied;
-            PurgeOld(file, copies, now);
+            PurgeOld(file, copies, history, now);
         }
         // One flush for all: a copy that a power cut leaves empty before differs from its file, and is made again.
         if (copied) static_cast<void>(Files().SyncVolume(historyFolder));
@@ -145,8 +158,9 @@ std::vector<HistoryStep> FileHistory::Plan(CTime now) const {
                 copies.push_back(copy.name);
                 history.Add(copy.name);
             }
-            for (const std::wstring& name : Outdated(file, copies, now)) {
+            for (const std::wstring& name : Outdated(copies, now)) {
                 steps.push_back({HistoryStep::Reason::TooOld, CopyPath(name, file.extension), {}});
+                history.Drop(name);
             }
         }
     }
@@ -192,7 +206,7 @@ FileHistory::CopyWanted FileHistory::WantsCopy(const DataFile& file, const Names
     if (!StatusOf(CopyPath(copies.back(), file.extension), last)) return {};
     if (last.modified == source.modified && last.size == source.size) return {};
     // An older file was put back: it must still sort last, also behind one that was put back before.
-    if (source.modified < last.modified || name < copies.back()) {
+    if (source.modified < last.modified || TimePartOf(name) < TimePartOf(copies.back())) {
         return {file.title + GetTimePart(now), HistoryStep::Reason::PutBack};
     }
     return {name, HistoryStep::Reason::Changed};
@@ -224,15 +238,16 @@ bool FileHistory::BackupFile(const DataFile& file, Names& copies, Folder& histor
 
 /// Copies that go, oldest first. What was valid at the age limit is kept, so that every moment within the limit can be
 /// looked up.
-FileHistory::Names FileHistory::Outdated(const DataFile& file, const Names& copies, CTime now) const {
-    const std::wstring key = file.title + GetTimePart(now - maxDays * kSecondsPerDay);
-    return {copies.begin(), LastBefore(copies, [&](const std::wstring& name) { return name > key; })};
+FileHistory::Names FileHistory::Outdated(const Names& copies, CTime now) const {
+    const std::wstring key = GetTimePart(now - maxDays * kSecondsPerDay);
+    return {copies.begin(), LastBefore(copies, [&](const std::wstring& name) { return TimePartOf(name) > key; })};
 }
 
-void FileHistory::PurgeOld(const DataFile& file, const Names& copies, CTime now) {
-    for (const std::wstring& name : Outdated(file, copies, now)) {
+void FileHistory::PurgeOld(const DataFile& file, const Names& copies, Folder& history, CTime now) {
+    for (const std::wstring& name : Outdated(copies, now)) {
         const std::wstring path = CopyPath(name, file.extension);
         const bool deleted = Files().Remove(path) == FsResult::Ok;
+        if (deleted) history.Drop(name);
         reports.Report(deleted ? kLevelInformation : kLevelFailure, deleted ? kDeleted : kNotDeleted, path);
     }
 }
@@ -241,8 +256,8 @@ bool FileHistory::GetFullPath(unsigned typeId, std::wstring& path, CTime time) c
     const auto type = fileTypes.find(typeId);
     if (type == fileTypes.end()) return false;
     const Names copies = Folder(historyFolder, type->second).Find(path);
-    const std::wstring key = path + GetTimePart(time);
-    const auto found = LastBefore(copies, [&](const std::wstring& name) { return name >= key; });
+    const std::wstring key = GetTimePart(time);
+    const auto found = LastBefore(copies, [&](const std::wstring& name) { return TimePartOf(name) >= key; });
     if (found == copies.end()) return false;
     path = CopyPath(*found, type->second);
     return true;

@@ -46,7 +46,7 @@ public:
     FileHistory& operator=(const FileHistory&) = delete;
 
     void SetMessageLog(BaseORVMessage* messageLog) { reports.Set(messageLog); }
-    /// From the current project. False, and the history is off, if the history folder is unknown.
+    /// From the current project. False, and all stays as it was, if the history folder is unknown.
     bool LoadSettings(DataSearch& search);
     bool IsEnabled() const { return enabled; }
     /// One round over all types under history; `stop` ends it after the file under way. Main thread.
@@ -78,10 +78,10 @@ private:
     static std::vector<DataFile> ListFiles(const TypeFolder& type);
     std::wstring CopyPath(const std::wstring& name, const std::wstring& extension) const;
     CopyWanted WantsCopy(const DataFile& file, const Names& copies, CTime now) const;
-    Names Outdated(const DataFile& file, const Names& copies, CTime now) const;
+    Names Outdated(const Names& copies, CTime now) const;
     /// True if it made a copy.
     bool BackupFile(const DataFile& file, Names& copies, Folder& history, CTime now, const std::atomic<bool>& stop);
-    void PurgeOld(const DataFile& file, const Names& copies, CTime now);
+    void PurgeOld(const DataFile& file, const Names& copies, Folder& history, CTime now);
 
     ReportTarget reports;
     std::wstring historyFolder;  ///< ends in a separator

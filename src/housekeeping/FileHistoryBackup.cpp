@@ -16,12 +16,15 @@ void FileHistoryBackup::Start(CTime now) {
     if (!IsEnabled() || now <= requestedTime) return;
     // The worker gets its folders here: settings and project belong to the main thread.
     TypeFolders types = FindTypeFolders();
+    const CTime before = requestedTime;
     {
         const std::lock_guard lock(mutex);
         requestedTime = now;
         requestedTypes = std::move(types);
     }
-    worker.Wake();
+    if (worker.Wake()) return;
+    const std::lock_guard lock(mutex);
+    requestedTime = before;  // so that the same request is heard when there is a thread again
 }
 
 void FileHistoryBackup::Round(const std::atomic<bool>& stop) {

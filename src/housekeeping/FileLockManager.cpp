@@ -25,7 +25,10 @@ FileLockManager& FileLockManager::GetInstance() {
 }
 
 void FileLockManager::AddToFileLockInfoContainer(const std::wstring& file, const std::wstring& locker) {
-    if (!IsFilenameInFileLockInfoContainer(file)) locks.emplace_back(file, locker);
+    const bool isHeld = std::any_of(locks.begin(), locks.end(), [&](const FileLockInfo& info) {
+        return !info.lockerName.empty() && EqualNoCase(info.fileName, file);
+    });
+    if (!isHeld) locks.emplace_back(file, locker);
 }
 
 void FileLockManager::RemoveFromFileLockInfoContainer(const std::wstring& file, const std::wstring& locker) {

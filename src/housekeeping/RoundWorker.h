@@ -9,7 +9,8 @@
 
 namespace orv {
 
-/// A background worker that makes a round each time it is woken; woken during a round, it makes one more behind it.
+/// A background worker that makes a round each time it is woken; woken during a round, it makes one more behind it. A
+/// round that fails by an exception is told of, and the worker waits for the next request.
 /// `Wake` and `Stop` belong to one thread.
 class ORV_EXPORT RoundWorker {
 public:
@@ -20,7 +21,7 @@ public:
     RoundWorker(const RoundWorker&) = delete;
     RoundWorker& operator=(const RoundWorker&) = delete;
 
-    void Wake();  ///< starts the thread if there is none
+    bool Wake();  ///< starts the thread if there is none; false, and that was told, if the system has none to give
     void Stop();  ///< waits until the step under way is over
     bool IsThere() const { return thread.IsThere(); }
 

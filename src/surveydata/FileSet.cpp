@@ -77,7 +77,7 @@ void FileSet::AddFileNames(const std::vector<std::wstring>& paths) {
     for (const std::wstring& path : paths) AddFileName(path);
 }
 
-void FileSet::DeleteFileName(const std::wstring& path) {
+void FileSet::DeleteFileName(std::wstring path) {  // NOLINT(performance-unnecessary-value-param)
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (entries[i].path == path) entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(i));
     }

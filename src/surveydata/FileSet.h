@@ -39,7 +39,8 @@ public:
 
     void AddFileName(const std::wstring& path);  ///< a name may be in it twice
     void AddFileNames(const std::vector<std::wstring>& paths);
-    void DeleteFileName(const std::wstring& path);  ///< of two equal neighbours the second stays
+    /// Of two equal neighbours the second stays. By value: `path` may be an element of the set itself.
+    void DeleteFileName(std::wstring path);
     void DeleteFileNames(const std::vector<std::wstring>& paths);
     void DeleteAll();
 

@@ -18,15 +18,16 @@ const std::wstring& LogFileName::GetName() {
     return name;
 }
 
-bool LogFileName::SetName(const std::wstring& path) {
+bool LogFileName::SetName(std::wstring path) {  // NOLINT(performance-unnecessary-value-param)
     Clear();
     if (primarySearch == kSearchNameFirst) return SetNameFromFileTitle(path) || SetNameFromFileHeader(path);
     return SetNameFromFileHeader(path) || SetNameFromFileTitle(path);
 }
 
 bool LogFileName::SetNameFromFileTitle(const std::wstring& path) {
+    std::wstring title = GetTitleFromPath(path);  // before the name goes, which `path` may be
     Clear();
-    name = GetTitleFromPath(path);
+    name = std::move(title);
     return ParseLogName(name, fields);
 }
 
@@ -34,7 +35,7 @@ bool LogFileName::SetNameFromFileHeader(const std::wstring& path) {
     // What the header lacks may have been told by the title.
     LogHeader header{orvVersion,     fileVersion,    fields.vessel,    fields.surveyType,
                      fields.runline, fields.logTime, fields.replayTime};
-    if (!ReadLogHeader(path, header)) return false;
+    const bool read = ReadLogHeader(path, header);  // a spoilt time doesn't take away what was told before it
     orvVersion = header.orvVersion;
     fileVersion = header.fileVersion;
     fields.vessel = header.vessel;
@@ -42,7 +43,7 @@ bool LogFileName::SetNameFromFileHeader(const std::wstring& path) {
     fields.runline = header.runline;
     fields.logTime = header.logTime;
     fields.replayTime = header.replayTime;
-    return true;
+    return read;
 }
 
 void LogFileName::Clear() {

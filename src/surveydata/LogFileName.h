@@ -17,15 +17,17 @@ enum PRIMARY_SEARCH : int { kSearchNameFirst = 0, kSearchHeaderFirst = 1 };
 class ORV_EXPORT LogFileName {
 public:
     LogFileName() = default;
-    explicit LogFileName(const std::wstring& path) { SetName(path); }
+    explicit LogFileName(std::wstring path) { SetName(std::move(path)); }
 
     /// The title, composed if there is none yet; always without dots where the project wants none.
     const std::wstring& GetName();
-    /// Looks in the title of the path and in the header of the file, in the order of the primary search.
-    bool SetName(const std::wstring& path);
-    bool SetNameFromFileTitle(const std::wstring& path);   ///< the name is the path's title, whatever comes of it
-    bool SetNameFromFileHeader(const std::wstring& path);  ///< fills the fields, not the name
-    void Clear();  ///< versions, primary search and forced automatic naming stay
+    /// Looks in the title of the path and in the header of the file, in the order of the primary search. By value:
+    /// `path` may be the name it has.
+    bool SetName(std::wstring path);
+    bool SetNameFromFileTitle(const std::wstring& path);  ///< the name is the path's title, whatever comes of it
+    bool SetNameFromFileHeader(
+        const std::wstring& path);  ///< fills the fields, not the name; on failure, too, as far as it came
+    void Clear();                   ///< versions, primary search and forced automatic naming stay
 
     // Setting a field throws the name away, so that GetName composes it anew.
 

@@ -77,17 +77,13 @@ LogHeaderPlace FindLogHeader(std::span<const std::byte> start) {
 bool ParseLogHeader(std::span<const std::byte> text, LogHeader& header) {
     FileObject file;
     if (!ParseText(text, file)) return false;
-    LogHeader found = header;
-    file.GetItem(HEADER, ORV_VERSION, found.orvVersion);
-    file.GetItem(HEADER, FILE_VERSION, found.fileVersion);
-    file.GetItem(HEADER, VESSELNAME, found.vessel);
-    file.GetItem(HEADER, SURVEYTYPE, found.surveyType);
-    file.GetItem(HEADER, RUNLINENAME, found.runline);
-    if (!TakeTime(file, ACQUIS_LOGSTARTTIME, found.logTime) || !TakeTime(file, REPLAY_LOGSTARTTIME, found.replayTime)) {
-        return false;
-    }
-    header = std::move(found);
-    return true;
+    file.GetItem(HEADER, ORV_VERSION, header.orvVersion);
+    file.GetItem(HEADER, FILE_VERSION, header.fileVersion);
+    file.GetItem(HEADER, VESSELNAME, header.vessel);
+    file.GetItem(HEADER, SURVEYTYPE, header.surveyType);
+    file.GetItem(HEADER, RUNLINENAME, header.runline);
+    return TakeTime(file, ACQUIS_LOGSTARTTIME, header.logTime) &&
+           TakeTime(file, REPLAY_LOGSTARTTIME, header.replayTime);
 }
 
 std::string WithRunline(std::span<const std::byte> text, std::wstring_view runline) {

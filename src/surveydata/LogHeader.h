@@ -40,8 +40,8 @@ struct LogHeader {
     std::wstring orvVersion, fileVersion, vessel, surveyType, runline;
     std::int64_t logTime = 0, replayTime = 0;  ///< seconds since 1970 UTC
 };
-/// What isn't in the text stays as it was. False if the text is none, or holds a time that is none; `header` is left
-/// alone then.
+/// What isn't in the text stays as it was. False if the text is none, or holds a time that is none; what stands in
+/// front of that time in the above order is taken even so: a log with a spoilt time is still known by its vessel.
 ORV_EXPORT bool ParseLogHeader(std::span<const std::byte> text, LogHeader& header);
 
 /// The text with another run line, in exactly as many bytes: one that has grown is cut, one that has shrunk is filled

@@ -143,17 +143,18 @@ bool SvpFile::ModifyPoint(int& index, const Point& point, bool mergeEqualDepth) 
 }
 
 bool SvpFile::ModifyPoint(int& index, const SvpPoint& sample, bool mergeEqualDepth) {
-    if (!Has(index)) return false;
-    const int old = index;
+    if (index < 0 || points.empty()) return false;
+    const int count = GetNumPoints();
+    const int old = std::min(index, count + 1);  // further behind the end is the same
     int place = FindInsertionPoint(old, sample);
     modified = true;
     if (place == old) {
-        At(old) = sample;
-    } else if (place < GetNumPoints() && At(place).depth == sample.depth) {
+        At(std::min(place, count - 1)) = sample;
+    } else if (place < count && At(place).depth == sample.depth) {
         At(place).soundVelocity = sample.soundVelocity;
         if (mergeEqualDepth) DeleteElement(old);
     } else {
-        InsertElement(place, sample);
+        InsertElement(std::min(place, count), sample);
         DeleteElement(place >= old ? old : old + 1);  // above its old place it has pushed itself down
         if (place >= old) --place;
     }

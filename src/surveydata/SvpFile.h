@@ -42,7 +42,9 @@ public:
 
     /// Gives the sample at `index` new values and moves it where its depth belongs; `index` becomes its new place. On
     /// the depth of another sample only that one's velocity is replaced, and the edited sample goes if
-    /// `mergeEqualDepth` is set. False, and nothing changes, for an index out of range.
+    /// `mergeEqualDepth` is set. An index behind the end, as an editor has it whose last sample another view has just
+    /// deleted, edits the last sample or adds one, by its depth. False, and nothing changes, for a negative one and in
+    /// an empty profile.
     bool ModifyPoint(int& index, const Point& point, bool mergeEqualDepth);
     bool ModifyPoint(int& index, const SvpPoint& sample, bool mergeEqualDepth);
 

@@ -79,6 +79,16 @@ double EmptyBands(double z, double step, double next) {
     return std::max(bands, 1.0);
 }
 
+/// The velocity of a band's median line at a depth. False for samples that are too few for a line, or too close
+/// together: a probe held still differs in the last digits only, and the slope is no number.
+bool FittedVelocity(const std::vector<SvpPoint>& band, double depth, double& velocity) {
+    if (band.size() < 4) return false;
+    double a = 0, b = 0, deviation = 0;
+    MedianFit(band, a, b, deviation);
+    velocity = depth * b + a;
+    return std::isfinite(velocity);
+}
+
 std::vector<SvpPoint> Reduced(const std::vector<SvpPoint>& points) {
     DepthIndex index(points);
     std::vector<SvpPoint> reduced, band;
@@ -91,11 +101,9 @@ std::vector<SvpPoint> Reduced(const std::vector<SvpPoint>& points) {
         const double lower = z + step * 0.5;
         index.Take(lower, z - previousStep * 0.5, start, band);
         double bands = 1;
-        if (band.size() >= 4) {
-            double a = 0, b = 0, deviation = 0;
-            MedianFit(band, a, b, deviation);
-            // The line isn't drawn on below the last sample, though the band is called by its nominal depth.
-            reduced.emplace_back(z, std::max(z, last) * b + a, 0, 0);
+        // The line isn't drawn on below the last sample, though the band is called by its nominal depth.
+        if (double velocity = 0; FittedVelocity(band, std::max(z, last), velocity)) {
+            reduced.emplace_back(z, velocity, 0, 0);
         } else if (!band.empty()) {
             reduced.insert(reduced.end(), band.begin(), band.end());
         } else {

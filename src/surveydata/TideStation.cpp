@@ -155,7 +155,9 @@ bool TideStation::UpdateTideValue(double time, double value) {
     const auto entry = FindTideFileByTime(time);
     if (entry == index.end() || !(time < entry->second.endTime)) return false;
     TideFile* const file = Load(entry);
-    return file && file->UpdateTideValue(time, value - station.offset);
+    if (!file) return false;
+    file->UpdateTideValue(time, value - station.offset);
+    return true;
 }
 
 int TideStation::GetNumValues() const {

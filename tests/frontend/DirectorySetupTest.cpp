@@ -47,7 +47,14 @@ TEST_F(DirectorySetupTest, OpensChangesAndSaves) {
     form.naming.items[0].second = true;
     form.naming.userText = L"a.b";
     form.naming.replaceDots = form.useBackup = true;
-    form.backupFolder = L"/backup/";
+    const auto answer = [](bool confirm, const wchar_t* choice) {
+        return [=](const std::wstring& title, std::wstring& chosen) {
+            chosen = choice;
+            return confirm && title == L"Search Backup Log folder";
+        };
+    };
+    EXPECT_TRUE(form.BrowseBackupFolder(answer(true, L"/backup/")));
+    EXPECT_FALSE(form.BrowseBackupFolder(answer(false, L"/other/")));
     EXPECT_EQ(form.ExampleName(), L"a_b-Survey-L001-20210302-110530-Vessel.orv");
     EXPECT_TRUE(form.Save());
     EXPECT_EQ(OnDisk(USE_BACKUP_LOG_FOLDER) + OnDisk(LOG_FILE_NAMING) + OnDisk(REPLACE_DOTS_IN_LOGFILENAME), L"111");
@@ -55,6 +62,9 @@ TEST_F(DirectorySetupTest, OpensChangesAndSaves) {
     EXPECT_TRUE(again.Open());
     EXPECT_EQ(again.ExampleName(), form.ExampleName());
     EXPECT_EQ(again.backupFolder, L"/backup/");
+    Set(FILENAME_ITEMS, L"Vessel name");
+    EXPECT_TRUE(again.Open());
+    EXPECT_TRUE(again.naming.items.empty()) << "an item without its flag is none";
 }
 
 TEST_F(DirectorySetupTest, ChoicesOfOldProjects) {

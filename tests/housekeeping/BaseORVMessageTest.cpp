@@ -7,6 +7,7 @@
 #include "platform/os/FileTools.h"
 #include "platform/service/Translator.h"
 #include "platform/text/Utf.h"
+#include "project/ProjectDefinition.h"
 #include "support/TestInstallation.h"
 
 namespace orv {
@@ -76,6 +77,9 @@ TEST_F(BaseORVMessageTest, ReadersNeverSeeStaleSlots) {
     long index = 4;
     EXPECT_EQ(Text(sink.GetMessageAndIncrement(message, index)), L"5");
     EXPECT_EQ(index, 0);
+    index = 9;
+    EXPECT_EQ(Text(sink.GetMessageAndIncrement(message, index)), L"none");
+    EXPECT_EQ(index, 0) << "a view of a longer past";
     for (long bad : {5L, -1L, 100L}) {
         EXPECT_FALSE(sink.GetMessage(message, bad)) << bad;
         EXPECT_FALSE(sink.GetPreviousMessage(message, bad)) << bad;
@@ -147,6 +151,33 @@ TEST_F(BaseORVMessageTest, DayChangeStartsANewFile) {
     ASSERT_TRUE(sink.SetLogging(true, L"", L""));
     EXPECT_TRUE(sink.SetLogging(false, L"", L"")) << "kept folder and prefix";
     EXPECT_TRUE(Log(L"surveyor_night_20210303.log").ends_with(end + "\n*** Start of Logging Session ***\n" + end));
+}
+
+TEST_F(BaseORVMessageTest, WithoutAFolderForTheNewDayTheOldFileGoesOn) {
+    installation.Search().GetProjectDefinition().SetLogDataPath(folder.Path());
+    ASSERT_TRUE(sink.SetLogging(true, L"", L""));
+    Add(L"today");
+    installation.Restart();  // no project is open now
+    clock.seconds = kMorning + 86400;
+    Add(L"tomorrow");
+    EXPECT_TRUE(sink.GetLogging() && sink.SetLogging(false, L"", L""));
+    const std::string log = Log(L"surveyor_20210302.log");
+    EXPECT_LT(log.find("today\ntomorrow\n"), log.find("*** End"));
+}
+
+TEST_F(BaseORVMessageTest, AWriterGivesUpOnAWindowThatHangs) {
+    std::promise<void> handling, release;
+    SetMessageDelivery([&](AbstractORVMessage&, bool post) {
+        if (post) return;
+        handling.set_value();
+        release.get_future().wait();
+    });
+    std::jthread other([&] { sink.AddMessage(kLevelInformation, L"sent", false, L"", false, kNoFilter); });
+    handling.get_future().wait();
+    EXPECT_FALSE(Add(L"late"));
+    EXPECT_EQ(sink.GetErrorStatus(), kMessageTimeout);
+    EXPECT_EQ(Text(sink.GetLastMessage(message)), L"sent");
+    release.set_value();
 }
 
 TEST_F(BaseORVMessageTest, BareAndRawLogs) {

@@ -1,8 +1,11 @@
 #include "housekeeping/DiskSpaceManager.h"
 
+#include <pthread.h>
 #include <unistd.h>
 
 #include "Fakes.h"
+#include "core/ConfigKeys.h"
+#include "platform/notify/Notices.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/PathText.h"
 #include "project/ProjectDefinition.h"
@@ -90,6 +93,19 @@ TEST_F(DiskSpaceManagerTest, WorkerRunsOnLaterRequestsOnly) {
     manager.Start(kNow);
     EXPECT_FALSE(manager.HasWorker()) << "no rule is on";
     ASSERT_TRUE(Rules({true, 1, false, 0}));
+    {
+        const NoticeRecorder notices;
+        pthread_attr_t attributes;
+        std::size_t size = 0;
+        ASSERT_EQ(pthread_getattr_default_np(&attributes), 0);
+        ASSERT_EQ(pthread_attr_getstacksize(&attributes, &size), 0);
+        ASSERT_EQ(pthread_attr_setstacksize(&attributes, std::size_t{1} << 50), 0);
+        ASSERT_EQ(pthread_setattr_default_np(&attributes), 0);
+        manager.Start(kNow);
+        ASSERT_EQ(pthread_attr_setstacksize(&attributes, size), 0);
+        ASSERT_EQ(pthread_setattr_default_np(&attributes), 0);
+        EXPECT_FALSE(manager.HasWorker() || notices.Text(Notice::Information).empty()) << "the system had no thread";
+    }
     manager.Start(kNow);
     log.WaitForFirst();
     manager.Stop();
@@ -99,6 +115,30 @@ TEST_F(DiskSpaceManagerTest, WorkerRunsOnLaterRequestsOnly) {
     manager.Start(kNow + 1);
     EXPECT_TRUE(manager.HasWorker());
     manager.SetMessageLog(nullptr);
+}
+
+TEST(RoundWorker, LivesOnAfterARoundThatFailed) {
+    const NoticeRecorder notices;
+    std::promise<void> rounds[2];
+    int count = 0;
+    RoundWorker worker([&](const std::atomic<bool>&) {
+        rounds[count].set_value();
+        if (++count == 1) throw std::bad_alloc();
+    });
+    for (std::promise<void>& round : rounds) {
+        EXPECT_TRUE(worker.Wake());
+        round.get_future().wait();
+    }
+    worker.Stop();
+    EXPECT_NE(notices.Text(Notice::Information), L"");
+}
+
+TEST_F(DiskSpaceManagerTest, UnknownTypesAreTold) {
+    DataSearch& search = installation.Search();
+    EXPECT_FALSE(FindTypeFolder(search, 999));
+    EXPECT_EQ(search.GetErrorStatus(), kSearchUnknownFileType);
+    EXPECT_TRUE(FindTypeFolder(search, kFileTypeORV2000Raw));
+    EXPECT_EQ(search.GetErrorStatus(), kSearchOk);
 }
 
 }  // namespace

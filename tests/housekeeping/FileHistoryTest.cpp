@@ -69,6 +69,48 @@ TEST_F(FileHistoryTest, TellsWhatItDid) {
     EXPECT_EQ(log.Texts(), L"");
 }
 
+TEST_F(FileHistoryTest, AFileRenamedToAnotherCaseKeepsItsCopies) {
+    const std::wstring folder = installation.ProjectFolder();
+    Edit(L"job", 1, kNow - 40 * kDay);
+    Round(kNow - 40 * kDay);
+    ASSERT_EQ(RealFileSystem().RenameAsWritten(folder + L"job.acf", folder + L"Job.acf"), FsResult::Ok);
+    Edit(L"Job", 2, kNow - 35 * kDay);
+    Round(kNow - 35 * kDay);
+    log.Texts();
+    Round(kNow - 34 * kDay);
+    EXPECT_EQ(log.Texts(), L"") << "not a copy each round";
+    EXPECT_EQ(Copies(), L"Job_2021-01-26-1015.acf\njob_2021-01-21-1015.acf\n");
+    std::wstring path = L"Job";
+    EXPECT_TRUE(history.GetFullPath(kFileTypeAppConfig, path, kNow - 36 * kDay));
+    EXPECT_EQ(path, HistoryFolder() + L"job_2021-01-21-1015.acf");
+
+    test::WriteBytes(folder + L"JOB.acf", "another one, where case tells");
+    ASSERT_EQ(RealFileSystem().SetModified(folder + L"JOB.acf", kNow + kDay, 0), FsResult::Ok);
+    const std::vector<HistoryStep> steps = history.Plan(kNow);
+    EXPECT_EQ(steps.size(), 1u);
+    Round(kNow);
+    EXPECT_EQ(log.Texts(), L"[File History] Deleted backup file: " + HistoryFolder() + L"job_2021-01-21-1015.acf\n");
+}
+
+TEST_F(FileHistoryTest, ACancelledCopyIsNoFailure) {
+    struct Stopping : FailingFileSystem {
+        explicit Stopping(std::atomic<bool>& flag) : FailingFileSystem(0), stop(flag) { SetFileSystem(this); }
+        ~Stopping() override { SetFileSystem(nullptr); }
+        FsResult Open(std::wstring_view path, const OpenMode& mode, std::unique_ptr<File>& file) override {
+            stop = true;
+            return FailingFileSystem::Open(path, mode, file);
+        }
+        std::atomic<bool>& stop;
+    };
+    Edit(L"Job", 5, kNow);
+    {
+        const Stopping files(stop);
+        Round(kNow);
+    }
+    EXPECT_TRUE(stop);
+    EXPECT_EQ(log.Texts() + Copies(), L"");
+}
+
 TEST_F(FileHistoryTest, LinksAreNotFollowed) {
     const std::wstring outside = installation.GeneralFolder() + L"outside";
     Put(outside, 3, kNow - 60);
@@ -145,6 +187,11 @@ TEST_F(FileHistoryTest, WorkerRunsOnLaterRequestsOnly) {
         EXPECT_EQ(std::count(types.begin(), types.end(), absent), 0);
     }
     EXPECT_EQ(std::count(types.begin(), types.end(), unsigned{kFileTypeAppConfig}), 1);
+    ASSERT_TRUE(StoreFileHistorySetup(project, {true, 30, {kFileTypeAppConfig}}));
+    ASSERT_TRUE(history.LoadSettings(installation.Search()));
+    installation.Restart();  // whose folders aren't known
+    EXPECT_FALSE(history.LoadSettings(installation.Search()));
+    EXPECT_TRUE(history.IsEnabled() && history.Types().size() == 1);
 }
 
 }  // namespace

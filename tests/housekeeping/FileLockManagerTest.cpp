@@ -13,7 +13,8 @@ TEST(FileLockManager, FirstHolderStays) {
     EXPECT_EQ(locks.GetLockInfoCount(), 1);
     locks.AddToFileLockInfoContainer(L"b.txt", L"");
     locks.AddToFileLockInfoContainer(L"b.txt", L"Editor");
-    EXPECT_EQ(locks.GetLockInfoCount(), 3);
+    locks.AddToFileLockInfoContainer(L"B.txt", L"Viewer");
+    EXPECT_EQ(locks.GetLockInfoCount(), 3) << "held, though the first entry has no locker";
     EXPECT_FALSE(locks.IsFilenameInFileLockInfoContainer(L"b.txt")) << "the entry without a locker comes first";
     EXPECT_EQ(locks.FindFilenameInFileLockInfoContainer(L"EDITOR"), L"a.txt");
     EXPECT_FALSE(locks.IsLockernameInFileLockInfoContainer(L"Viewer"));

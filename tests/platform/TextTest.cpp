@@ -36,6 +36,9 @@ TEST(Utf, TextComesBackThroughEachForm) {
         ASSERT_EQ(utf16.size(), 2 * Utf16Length(text)) << i;
         ASSERT_EQ(Utf16LeToUtf8(utf16), utf8) << i;
     }
+    for (const std::size_t size : {4095, 4096, 4097, 9000}) {
+        EXPECT_EQ(ToUtf8(std::wstring(size, L'a') + L"\u00e9b"), std::string(size, 'a') + "\xC3\xA9" + 'b') << size;
+    }
 }
 
 TEST(Utf, BadBytesBecomeOneReplacementEach) {

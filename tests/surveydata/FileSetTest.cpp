@@ -80,5 +80,17 @@ TEST_F(FileSetTest, SavedInAnyOrderItReadsBackByTime) {
     EXPECT_FALSE(set.FileOpen(project + L"missing.sub"));
 }
 
+TEST_F(FileSetTest, AnElementOfItsOwnCanBeDeletedByReference) {
+    set.AddFileNames({L"/x/a.orv", L"/x/b.orv", L"/x/b.orv"});
+    set.SetFileNameAt(2, L"alone");  // no folder
+    EXPECT_EQ(Short(), (Names{L"a", L"b"})) << "what has no folder has no short name";
+    set.SetFileNameAt(2, L"/x/b.orv");
+    set.DeleteFileName(set[0]);
+    EXPECT_EQ(Short(), (Names{L"b", L"b"}));
+    set.AddFileNames({L"/x/c.orv", L"/x/b.orv"});
+    set.DeleteFileName(set[3]);
+    EXPECT_EQ(Short(), (Names{L"b", L"c"})) << "all but the second of two neighbours";
+}
+
 }  // namespace
 }  // namespace orv

@@ -41,6 +41,8 @@ TEST(LogName, TakesTitlesApart) {
         {"replayed", L"Waverly[Sweep]_L001-20210302-101530-R20210302-101530", true, L"L001", kStart, kStart, 0},
         {"replayed twice", L"Waverly[Sweep]_L001-20210302-101530-R20210302-101530-2", true, L"L001", kStart, kStart, 2},
         {"short replay", L"Waverly[Sweep]_L001-20210302-101530-R20210302-1015", false, L"L001", kStart, 0, 0},
+        {"both short: too short for a replay", L"W[S]_A-20210302-1015-R20210302-1015", false, L"A", minute, 0, 0},
+        {"both short, counted", L"W[S]_A-20210302-1015-R20210302-1015-2", true, L"A", minute, minute, 2},
         {"no run line", L"Waverly[Sweep]_-20210302-101530", true, L"", kStart, 0, 0},
         {"no run line, replayed", L"Waverly[Sweep]_-20210302-101530-R20210302-101530", false, L"", kStart, kStart, 0},
         {"day 31 rolls over", L"Waverly[Sweep]_A-20210231-101530", true, L"A", kStart + 86400, 0, 0},
@@ -170,6 +172,8 @@ TEST(LogFileName, ComposesAfterTheProject) {
         log.SetReplayCount(0);  // composes anew
         EXPECT_EQ(log.GetName(), row.name) << row.what;
     }
+    LogFileName renamed(L"W[S]_L-20210302-101530.orv");
+    EXPECT_TRUE(renamed.SetName(renamed.GetName()) && renamed.SetNameFromFileTitle(renamed.GetName()));
     log.ForceAutoNaming(true);
     log.SetReplayTime(kStart);
     log.SetReplayCount(2);

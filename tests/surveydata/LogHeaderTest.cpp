@@ -52,12 +52,24 @@ TEST_F(LogHeaderTest, ReadsBehindFirstRecordsOfAnyLength) {
     }
     test::WriteBytes(path, Record(1, "") + Record(3, kText));
     EXPECT_EQ(Runline(), L"<none>") << "another record";
-    Write("[HEADER]\nRunlineName=A\nReplayLogStartTime=soon\n");
+    Write("[HEADER]\nRunlineName=A\nAcquisLogStartTime=20210302-101530\nReplayLogStartTime=soon\n");
     EXPECT_EQ(Runline(), L"<none>") << "a time that is none";
+    LogFileName spoilt;
+    EXPECT_FALSE(spoilt.SetName(path));
+    EXPECT_TRUE(spoilt.RunlineName() == L"A" && spoilt.LogTime() == 1614680130) << "told in front of that time";
     const std::wstring half = folder / L"Pier[Sweep]_L7-20210302-101530-again.orv";
     test::WriteBytes(half, Record(1, "") + Record(2, "[HEADER]\nVesselName=Waverly\n"));
     const LogFileName both(half);
     EXPECT_EQ(both.VesselName() + both.RunlineName(), L"WaverlyL7") << "the header over a title that doesn't fit";
+    LogFileName headerFirst;
+    headerFirst.SetPrimarySearch(kSearchHeaderFirst);
+    const std::wstring other = folder / L"Pier[Sweep]_L7-20210302-101530.orv";
+    test::WriteBytes(other, Record(1, "") + Record(2, kText));
+    EXPECT_TRUE(headerFirst.SetName(other));
+    EXPECT_EQ(headerFirst.RunlineName() + LogFileName(other).RunlineName(), L"L001L7");
+    test::WriteBytes(other, "");
+    EXPECT_TRUE(headerFirst.SetName(other));
+    EXPECT_EQ(headerFirst.RunlineName(), L"L7") << "without a header the title must do";
     Write("no header at all");
     EXPECT_EQ(Runline(), L"");
     EXPECT_FALSE(LogFileName(folder / L"missing.orv").IsValid());

@@ -14,6 +14,7 @@ TEST(PESSettingsModel, SavesAndLoads) {
     PESSettings settings;
     settings.vesselName = L"Waverly";
     settings.vesselLength = 73.25;
+    settings.vesselTurnPoint = 40;
     settings.widthMarginMode = 2;
     settings.lengthTotal = L"78.25 m";
     settings.bacRadius = 12;
@@ -37,10 +38,15 @@ TEST(PESSettingsModel, SavesAndLoads) {
     test::WriteBytes(folder + L"part.pes", "[PESSettings]\nTide=2\nVesselWidth=wide\n");
     EXPECT_TRUE(model.FileOpen(L"part"));
     settings.vesselLength = 0;  // reset; the rest stays
+    settings.vesselTurnPoint = 50;
     settings.tide = 2;
     EXPECT_EQ(model.GetPESSettings(), settings);
     test::WriteBytes(folder + L"other.pes", "[Settings]\nTide=2\n");
+    PESSettings large = settings;
+    large.vesselLength = large.vesselWidth = large.vesselHeight = large.vesselTurnPoint = 9;
+    model.SetPESSettings(large);
     EXPECT_FALSE(model.FileOpen(L"other") || model.IsInit());
+    EXPECT_EQ(model.GetPESSettings(), settings) << "the vessel is reset before the file is looked for";
 }
 
 }  // namespace

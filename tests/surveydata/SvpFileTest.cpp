@@ -2,6 +2,7 @@
 
 #include <rapidcheck.h>
 
+#include <climits>
 #include <cmath>
 #include <random>
 
@@ -100,7 +101,11 @@ TEST(SvpFile, InsertsByDepthAndModifies) {
         {"to the front", 2, 0, false, "0:99 -1:1 -2:2 -4:4 ", 0},
         {"onto another", 0, -3, false, "-1:1 -2:2 -3:99 -4:4 ", 2},
         {"onto another, merged", 0, -4, true, "-2:2 -3:3 -4:99 ", 2},
-        {"out of range", 4, -4, true, "-1:1 -2:2 -3:3 -4:4 ", 4},
+        {"behind the end, deepest", 4, -9, false, "-1:1 -2:2 -3:3 -9:99 ", 3},
+        {"behind the end, onto another", 4, -4, true, "-1:1 -2:2 -3:3 -4:99 ", 3},
+        {"behind the end, between", 4, -1.4, true, "-1:1 -1:99 -2:2 -3:3 -4:4 ", 1},
+        {"far behind, deepest", INT_MAX, -9, false, "-1:1 -2:2 -3:3 -4:4 -9:99 ", 4},
+        {"far behind", INT_MAX, -3.4, false, "-1:1 -2:2 -3:3 -3:99 ", 3},
         {"negative", -1, -4, true, "-1:1 -2:2 -3:3 -4:4 ", -1},
     };
     for (const Row& row : rows) {
@@ -108,11 +113,16 @@ TEST(SvpFile, InsertsByDepthAndModifies) {
         for (const double depth : {3, 1, 4, 2}) file.InsertElement(Point{depth, -depth, 0});
         ASSERT_EQ(Shown(file), "-1:1 -2:2 -3:3 -4:4 ");
         int index = row.index;
-        EXPECT_EQ(file.ModifyPoint(index, Point{99, row.depth, 0}, row.merge), row.index >= 0 && row.index < 4);
+        EXPECT_EQ(file.ModifyPoint(index, Point{99, row.depth, 0}, row.merge), row.index >= 0);
         EXPECT_EQ(Shown(file), row.shown) << row.what;
         EXPECT_EQ(index, row.newIndex) << row.what;
     }
-    SvpFile file = Profile({{-1, 1, 0, 0}, {-2, 2, 0, 0}});
+    SvpFile file = Profile({{-1, 1, 3, 4}, {-2, 2, 5, 6}});
+    int index = 0;
+    EXPECT_TRUE(file.ModifyPoint(index, SvpPoint(-2, 9, 7, 8), false));
+    EXPECT_EQ(Samples(file)[1], SvpPoint(-2, 9, 5, 6)) << "of the edited sample only the velocity arrives";
+    EXPECT_FALSE(SvpFile().ModifyPoint(index, Point{1, -1, 0}, false));
+    file = Profile({{-1, 1, 0, 0}, {-2, 2, 0, 0}});
     EXPECT_EQ(file.InsertElement(SvpPoint(-2, 7, 0, 0)), 1) << "in front of its like";
     file.AddElement(Point{5, 0, 0});
     file.DeleteElement(9);
@@ -142,6 +152,9 @@ TEST(SvpFile, ReducesByBands) {
           {-24.8, 48, 0, 0}},
          {{-20, 0, 0, 0}, {-25, 48, 0, 0}}},
         {"an end far away", {{1e14, 1, 0, 0}, {-1e14, 2, 0, 0}}, {{1e14, 1, 0, 0}, {-1e14, 2, 0, 0}}},
+        {"a probe held still: too close together for a line",
+         {{-1000, 1, 0, 0}, {-1000.000001, 2, 0, 0}, {-1000.000002, 3, 0, 0}, {-1000.000003, 4, 0, 0}},
+         {{-1000, 1, 0, 0}, {-1000.000001, 2, 0, 0}, {-1000.000002, 3, 0, 0}, {-1000.000003, 4, 0, 0}}},
         {"no depth", {{NAN, 1, 0, 0}, {-3, 2, 0, 0}}, {{NAN, 1, 0, 0}, {-3, 2, 0, 0}}},
     };
     for (const Row& row : rows) {

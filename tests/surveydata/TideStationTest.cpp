@@ -17,6 +17,17 @@ double Utc(int month, int day, int hour = 0) {
     return static_cast<double>(CalendarToUtc({2021, month, day, hour, 0, 0})) * 1000.0;
 }
 
+/// Notes the value files that are opened while it is in force.
+struct OpenedMonths : FailingFileSystem {
+    OpenedMonths() : FailingFileSystem(0) { SetFileSystem(this); }
+    ~OpenedMonths() override { SetFileSystem(nullptr); }
+    FsResult Open(std::wstring_view path, const OpenMode& mode, std::unique_ptr<File>& file) override {
+        if (path.ends_with(L".tid")) names += path.substr(path.rfind(L'_'));
+        return FailingFileSystem::Open(path, mode, file);
+    }
+    std::wstring names;
+};
+
 class TideStationTest : public testing::Test {
 protected:
     TideStationTest() {
@@ -52,7 +63,15 @@ TEST_F(TideStationTest, KeepsAMonthAFileAndWalksThemAsOneStream) {
     for (const double time : times) EXPECT_TRUE(station.AddTideValue(time, time / 1e12));
     EXPECT_FALSE(station.AddTideValue(times[1], 9)) << "there is one";
     EXPECT_EQ(station.GetNumValues(), 4);
-    Reopen();
+    station.FileClose(true);
+    {
+        const OpenedMonths opened;
+        EXPECT_TRUE(station.FileOpen(path));
+        EXPECT_EQ(station.GetNumValues(), 4);
+        EXPECT_EQ(opened.names, L"") << "opening reads no values";
+        EXPECT_FALSE(std::isnan(Get(TideStation::kExact, times[1])));
+        EXPECT_EQ(opened.names, L"_20213.tid");
+    }
     for (const wchar_t* month : {L"harbour_20211.tid", L"harbour_20213.tid", L"harbour_202112.tid"}) {
         EXPECT_TRUE(test::Exists(folder + month));
     }
@@ -101,6 +120,7 @@ TEST_F(TideStationTest, KeepsAMonthAFileAndWalksThemAsOneStream) {
     EXPECT_TRUE(station.DeleteTideValue(times[3]));
     EXPECT_FALSE(test::Exists(folder + L"harbour_202112.tid"));
     EXPECT_FALSE(station.DeleteTideValue(times[3]) || station.UpdateTideValue(times[3], 1));
+    EXPECT_TRUE(station.UpdateTideValue(times[2] + 1, 1)) << "the month is there, the value isn't";
     EXPECT_EQ(station.GetNumValues(), 3);
     EXPECT_FALSE(station.AddTideValue(1e300, 1) || station.AddTideValue(NAN, 1));
 }
@@ -198,6 +218,12 @@ TEST_F(TideStationTest, OpensOldAndDamagedStations) {
 }
 
 TEST_F(TideStationTest, CountsOpensAndFollowsOtherPrograms) {
+    station.SetStationPos({10, 20, 0});
+    EXPECT_TRUE(station.FileSave());
+    station.SetStationKP(5);
+    Page page;
+    EXPECT_TRUE(station.GetExtents(page) && page.Low() == (Point{7, 17, 0}) && page.High() == (Point{13, 23, 0}));
+    EXPECT_EQ(TideStationBytes({}).size(), test::ReadBytes(path).size()) << "without the KP";
     EXPECT_TRUE(station.FileOpen(L"/nowhere"));
     EXPECT_EQ(station.GetFileName(), path);
     EXPECT_EQ(station.FileClose(false), 1);
@@ -212,6 +238,10 @@ TEST_F(TideStationTest, CountsOpensAndFollowsOtherPrograms) {
     test::WriteBytes(path, TideStationBytes(other));
     station.OnTidestationfileUpdate();
     EXPECT_EQ(station.GetStationName(), L"Changed elsewhere");
+    station.SetStationOffset(0.25);
+    test::WriteBytes(path, TideStationBytes(other).substr(0, 30));  // as a program leaves it that is saving
+    station.OnTidestationfileUpdate();
+    EXPECT_EQ(station.GetStationName() + std::to_wstring(station.GetStationOffset()), L"Changed elsewhere0.250000");
     SubscriptionManager::Instance().Unsubscribe(number);
     EXPECT_EQ(told.substr(0, 12), L"Station 1.X.");
     EXPECT_EQ(station.FileClose(false), 0);

@@ -54,10 +54,14 @@ TEST_F(UserAccountsFileTest, KeepsWhatItsFormHolds) {
         EXPECT_EQ(again.UserName(i), row.stored);
         EXPECT_EQ(again.Password(i), row.stored);
         EXPECT_EQ(again.UserLayout(i), L"[AcqComp]Surveyor");
-        EXPECT_EQ(again.GetUserIndex(row.name), i) << "by the name it was given";
-        EXPECT_TRUE(again.ValidateUser(row.name, row.name, level));
+        EXPECT_EQ(again.GetUserIndex(row.stored), i);
+        EXPECT_TRUE(again.ValidateUser(row.stored, row.stored, level));
         EXPECT_EQ(level, L"Surveyor");
-        EXPECT_EQ(again.ValidateUser(row.name, L"wrong", level), i == 1) << "a default account takes any";
+        EXPECT_EQ(again.ValidateUser(row.stored, L"wrong", level), i == 1) << "a default account takes any";
+        const bool same = row.name == row.stored;
+        EXPECT_EQ(again.GetUserIndex(row.name) == i, same) << "another text than the one that is stored";
+        EXPECT_EQ(again.ValidateUser(row.stored, row.name, level), same || i == 1);
+        EXPECT_EQ(again.ValidateUser(row.stored, row.stored + L"x", level), i == 1);
     }
     EXPECT_EQ(installation.Search().GetDefaultUserName(), rows[1].stored);
 }
@@ -80,7 +84,6 @@ TEST_F(UserAccountsFileTest, DropsAnIncompleteTail) {
 TEST_F(UserAccountsFileTest, RulesOfChanging) {
     UserAccountsFile file;
     EXPECT_FALSE(file.AddUser(L"", L"p", L"Surveyor") || file.AddUser(L"n", L"p", L""));
-    EXPECT_FALSE(file.AddUser(L"\u0100", L"p", L"Surveyor")) << "would have no name";
     EXPECT_FALSE(file.AddUser(L"n", L"\u0100secret", L"Surveyor")) << "would have no password";
     ASSERT_TRUE(file.AddUser(L"Administrator", L"a", L"Administrator") && file.AddUser(L"Bo", L"b", L"Nowhere") &&
                 file.AddUser(L"Bo", L"c", L"Surveyor"));
@@ -91,6 +94,7 @@ TEST_F(UserAccountsFileTest, RulesOfChanging) {
     EXPECT_FALSE(file.ModifyUser(0, L"Root", L"a", L"Administrator") || file.ModifyUser(3, L"x", L"x", L"Surveyor"));
     EXPECT_TRUE(file.ModifyUser(0, L"Administrator", L"new", L"Surveyor"));
     EXPECT_EQ(file.Password(0) + file.UserLayout(0), L"new[AcqComp]Surveyor");
+    EXPECT_TRUE(file.ModifyUser(1, L"", L"b", L"") && file.ModifyUser(1, L"Bo", L"b", L"Nowhere"));
     EXPECT_TRUE(file.RemoveUser(1));
     EXPECT_EQ(Names(file) + file.Password(1), L"Administrator;Bo;c");
     EXPECT_EQ(file.UserName(7) + file.LevelName(2) + file.LevelName(-1), L"");
@@ -147,6 +151,9 @@ TEST_F(UserAccountsFileTest, AccountsThatCannotBeReadAreNotOverwritten) {
         ++refused;
     }
     EXPECT_EQ(Names(UserAccountsFile()), L"Anna;");
+    test::WriteBytes(Path(), std::string((4 << 20) + 1, 'x'));
+    const UserAccountsFile huge;
+    EXPECT_TRUE(huge.UserCount() == 0 && !huge.FileSave());
 }
 
 }  // namespace

@@ -6,7 +6,8 @@
 
 namespace orv {
 
-CException::CException(std::wstring_view description) : text(description), narrow(ToUtf8(description)) {}
+CException::CException(std::wstring_view description, std::uint32_t errorCode)
+    : text(description), narrow(ToUtf8(description)), code(errorCode) {}
 
 bool CException::GetErrorMessage(wchar_t* buffer, std::size_t size) const {
     if (!buffer || size == 0) return false;

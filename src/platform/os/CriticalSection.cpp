@@ -1,22 +1,12 @@
 #include "platform/os/CriticalSection.h"
 
-#if defined(__x86_64__) || defined(__i386__)
-#include <immintrin.h>
-#endif
+#include "platform/os/Spin.h"
 
 namespace orv {
 
 namespace {
 
 thread_local const char threadMark = 0;  // its address tells the thread
-
-void Pause(int times) {
-    for (; times > 0; --times) {
-#if defined(__x86_64__) || defined(__i386__)
-        _mm_pause();
-#endif
-    }
-}
 
 }  // namespace
 
@@ -37,17 +27,13 @@ void CriticalSection::lock() {
     depth = 1;
 }
 
-// Longer and longer between the looks: each look takes the cache line from the holder. The last ones are some tens of
-// microseconds apart from the first, about what going to sleep and waking would cost.
 void CriticalSection::Wait() {
-    for (int pause = 4; pause <= 1024; pause *= 2) {
-        Pause(pause);
+    const auto take = [&] {
         int expected = kFree;
-        if (state.load(std::memory_order_relaxed) == kFree &&
-            state.compare_exchange_strong(expected, kHeld, std::memory_order_acquire)) {
-            return;
-        }
-    }
+        return state.load(std::memory_order_relaxed) == kFree &&
+               state.compare_exchange_strong(expected, kHeld, std::memory_order_acquire);
+    };
+    if (SpinFor(take)) return;
     while (state.exchange(kHeldAndAwaited, std::memory_order_acquire) != kFree) {
         state.wait(kHeldAndAwaited, std::memory_order_relaxed);
     }

@@ -10,19 +10,27 @@
 
 namespace orv {
 
-/// A mutex that its holder may take again and that others wait for with a limit, by a clock that nobody sets.
+/// A mutex that its holder may take again and that others wait for with a limit, by a clock that nobody sets. A free
+/// one costs two atomic steps; who has to wait looks again for a while before going to sleep.
 class ORV_EXPORT TimedMutex {
 public:
+    TimedMutex() = default;
+    ~TimedMutex();
+    TimedMutex(const TimedMutex&) = delete;
+    TimedMutex& operator=(const TimedMutex&) = delete;
     /// False if somebody else still holds it after `limit`.
     [[nodiscard]] bool Lock(std::chrono::milliseconds limit);
     void Unlock();
 
 private:
-    std::mutex mutex;
-    std::condition_variable freed;
+    bool Take();
+    bool Wait(std::chrono::milliseconds limit);
+    enum : int { kFree, kHeld, kHeldAndAwaited };
+    std::atomic<int> state = kFree;        // leaves kHeldAndAwaited under `mutex` only
     std::atomic<std::thread::id> owner{};  // compared with the caller's own id only, so an old value does no harm
     int depth = 0;                         // the owner's alone
-    bool held = false;                     // guarded by `mutex`
+    std::mutex mutex;                      // of those who wait
+    std::condition_variable freed;
 };
 
 /// Holds a TimedMutex for a scope, if it was to be had.

@@ -3,7 +3,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <exception>
+#include <string>
 #include <utility>
 
 #include "platform/notify/Notices.h"
@@ -22,14 +22,33 @@ void Run(const std::function<void()>& work) {
         work();
     } catch (const std::exception& failure) {
         // Out of memory, that is: a background job is no reason to end an acquisition.
-        Notify(Notice::Information, L"a background job has ended: " + FromUtf8(failure.what()));
+        WorkerThread::Tell(L"a background job has ended", failure);
     }
 }
 
 }  // namespace
 
-void WorkerThread::Start(std::function<void()> work) {
-    thread = std::thread([work = std::move(work)] { Run(work); });
+void WorkerThread::Tell(std::wstring_view what, const std::exception& failure) noexcept {
+    try {
+        Notify(Notice::Information, std::wstring(what) + L": " + FromUtf8(failure.what()));
+    } catch (const std::exception&) {
+        return;  // not even memory for the words
+    }
+}
+
+bool WorkerThread::Start(std::function<void()> work) {
+    Join();
+    ended = false;
+    try {
+        thread = std::thread([this, work = std::move(work)] {
+            Run(work);
+            ended = true;
+        });
+    } catch (const std::exception& failure) {
+        Tell(L"a background job can't be started", failure);
+        return false;
+    }
+    return true;
 }
 
 void WorkerThread::Join() {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <atomic>
+#include <exception>
 #include <functional>
+#include <string_view>
 #include <thread>
 
 #include "platform/Export.h"
@@ -16,11 +19,15 @@ public:
     WorkerThread(const WorkerThread&) = delete;
     WorkerThread& operator=(const WorkerThread&) = delete;
 
-    void Start(std::function<void()> work);  ///< only while none is there
-    bool IsThere() const { return thread.joinable(); }
+    /// Only while none is there. False, and that was told, if the system has no thread to give.
+    [[nodiscard]] bool Start(std::function<void()> work);
+    bool IsThere() const { return thread.joinable() && !ended; }  ///< and its work hasn't ended by itself
     void Join();  ///< waits without limit; nothing to do if none is there
+    /// Says what failed in the background, as nobody waits there for a result.
+    static void Tell(std::wstring_view what, const std::exception& failure) noexcept;
 
 private:
+    std::atomic<bool> ended{false};
     std::thread thread;
 };
 

@@ -7,6 +7,10 @@
 #include <cstdint>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace orv {
 
 namespace {
@@ -23,17 +27,6 @@ std::size_t AsciiRun(const char* begin, std::size_t size) {
         if ((words[0] | words[1] | words[2] | words[3]) & highBits) break;
     }
     while (at < size && static_cast<unsigned char>(begin[at]) < 0x80) ++at;
-    return at;
-}
-
-std::size_t AsciiRun(const wchar_t* begin, std::size_t size) {
-    std::size_t at = 0;
-    for (; size - at >= 16; at += 16) {
-        std::uint32_t bits = 0;
-        for (std::size_t i = 0; i < 16; ++i) bits |= static_cast<std::uint32_t>(begin[at + i]);
-        if (bits >= 0x80) break;
-    }
-    while (at < size && static_cast<std::uint32_t>(begin[at]) < 0x80) ++at;
     return at;
 }
 
@@ -60,15 +53,41 @@ void WidenAscii(std::wstring& out, const char* bytes, std::size_t size) {
     }
 }
 
-void NarrowAscii(std::string& out, const wchar_t* text, std::size_t size) {
-    std::array<char, 4096> block;
-    while (size > 0) {
-        const std::size_t part = std::min(size, block.size());
-        for (std::size_t i = 0; i < part; ++i) block[i] = static_cast<char>(text[i]);
-        out.append(block.data(), part);
-        text += part;
-        size -= part;
+constexpr std::size_t kWideStep = 16;
+
+/// Narrows a step of characters; false if one of them isn't ASCII, and what is in `out` is of no use then.
+bool NarrowStep(const wchar_t* text, char* out) {
+#if defined(__SSE2__) && __SIZEOF_WCHAR_T__ == 4
+    // The compiler makes one character at a time of the loop below.
+    const auto* const from = reinterpret_cast<const __m128i*>(text);
+    const __m128i a = _mm_loadu_si128(from), b = _mm_loadu_si128(from + 1);
+    const __m128i c = _mm_loadu_si128(from + 2), d = _mm_loadu_si128(from + 3);
+    const __m128i all = _mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d));
+    const __m128i high = _mm_and_si128(all, _mm_set1_epi32(~0x7F));
+    if (_mm_movemask_epi8(_mm_cmpeq_epi8(high, _mm_setzero_si128())) != 0xFFFF) return false;
+    const __m128i bytes = _mm_packus_epi16(_mm_packs_epi32(a, b), _mm_packs_epi32(c, d));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+    return true;
+#else
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < kWideStep; ++i) {
+        bits |= static_cast<std::uint32_t>(text[i]);
+        out[i] = static_cast<char>(text[i]);
     }
+    return bits < 0x80;
+#endif
+}
+
+/// Narrows the ASCII characters that `text` begins with, up to the size of the block; returns how many those are.
+std::size_t NarrowAscii(std::array<char, 4096>& block, std::wstring_view text) {
+    const std::size_t size = std::min(text.size(), block.size());
+    std::size_t at = 0;
+    while (size - at >= kWideStep && NarrowStep(text.data() + at, block.data() + at)) at += kWideStep;
+    // What is left of a text goes in one step that begins before it, in place of up to fifteen.
+    const std::size_t last = size - std::min(size, kWideStep);
+    if (at > last && at < size && NarrowStep(text.data() + last, block.data() + last)) return size;
+    for (; at < size && static_cast<char32_t>(text[at]) < 0x80; ++at) block[at] = static_cast<char>(text[at]);
+    return at;
 }
 
 /// A run without ASCII. The library's checked iterators throw on bad input; looking for the first bad byte doesn't.
@@ -98,13 +117,13 @@ std::string ToUtf8(std::wstring_view text) {
 }
 
 void AppendUtf8(std::string& out, std::wstring_view text) {
-    const wchar_t* at = text.data();
-    const wchar_t* const end = at + text.size();
-    while (at != end) {
-        const std::size_t run = AsciiRun(at, static_cast<std::size_t>(end - at));
-        NarrowAscii(out, at, run);
-        for (at += run; at != end && static_cast<char32_t>(*at) >= 0x80; ++at) {
-            const auto code = static_cast<char32_t>(*at);
+    std::array<char, 4096> block;  // no byte of the result is cleared before it is written
+    while (!text.empty()) {
+        const std::size_t run = NarrowAscii(block, text);
+        out.append(block.data(), run);
+        text.remove_prefix(run);
+        for (; !text.empty() && static_cast<char32_t>(text.front()) >= 0x80; text.remove_prefix(1)) {
+            const auto code = static_cast<char32_t>(text.front());
             char sequence[4];
             const char* const last = utf8::unchecked::append(IsCharacter(code) ? code : kReplacement, sequence);
             out.append(sequence, static_cast<std::size_t>(last - sequence));
