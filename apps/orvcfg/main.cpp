@@ -117,6 +117,7 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddFormat(app, session);
     AddVessel(app, session);
     AddShape(app, session);
+    AddDoctor(app, session);
     AddDemo(app, session);
     try {
         app.parse(argc, argv);
