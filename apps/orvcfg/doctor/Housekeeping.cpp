@@ -79,7 +79,8 @@ void LookAtDiskSpace(Examination& examination) {
                              std::to_string(plan.steps.size()) + " logs go in the next round",
                          "Correct the clock, or switch the rules of a project off that is done with.");
     } else if (plan.steps.size() == plan.files) {
-        examination.Tell(file, "By the rules all " + std::to_string(plan.files) + " logs go in the next round", remedy);
+        examination.Tell(file, "By the rules all logs (" + std::to_string(plan.files) + ") go in the next round",
+                         remedy);
     }
 }
 
