@@ -118,6 +118,7 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddVessel(app, session);
     AddShape(app, session);
     AddDoctor(app, session);
+    AddReport(app, session);
     AddDemo(app, session);
     try {
         app.parse(argc, argv);

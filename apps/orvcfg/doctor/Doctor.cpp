@@ -62,6 +62,13 @@ Diagnosis Diagnose(Session& session, const std::wstring& projectName) {
         if (asked) ++(can ? diagnosis.looked : diagnosis.skipped);
     }
     diagnosis.findings = examination.Findings();
+    diagnosis.projectTrouble = examination.projectTrouble;
+    diagnosis.projectOpen = readable && !examination.projectTrouble;
+    if (readable) {
+        diagnosis.vessels = examination.FilesOf(kFileTypeVesselConfig);
+        diagnosis.stations = examination.FilesOf(kFileTypeTideStation);
+        diagnosis.profiles = examination.FilesOf(kFileTypeSVProfile);
+    }
     for (const Finding& finding : diagnosis.findings) {
         ++(finding.check->severity == Severity::Error ? diagnosis.errors : diagnosis.warnings);
     }

@@ -10,6 +10,9 @@ namespace orv::cfg {
 struct Diagnosis {
     std::vector<Finding> findings;  ///< in order of harm
     std::size_t errors = 0, warnings = 0;
+    std::optional<Trouble> projectTrouble;  ///< why the project doesn't open
+    bool projectOpen = false;
+    std::vector<std::wstring> vessels, stations, profiles;  ///< files of the project
     std::size_t looked = 0, skipped = 0;  ///< checks; those are skipped whose installation or project doesn't open
 };
 
