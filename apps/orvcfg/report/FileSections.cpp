@@ -66,6 +66,7 @@ void AddTypes(Document& document) {
     for (bool more = types.GetFirst(iterator, key, type); more; more = types.GetNext(iterator, key, type)) {
         std::wstring folder, extension;
         std::vector<std::wstring> names;
+        if (type->GetLocation() == kLocationSystem) continue;  // the program's own
         if (!search.GetFilePath(type, folder) || folder.empty() || !search.GetFileExtension(type, extension) ||
             !search.GetFileNames(type->GetID(), names)) {
             continue;

@@ -1,6 +1,7 @@
 #include "Html.h"
 
 #include <algorithm>
+#include <span>
 
 #include "../Document.h"
 #include "../Svg.h"
@@ -35,12 +36,13 @@ h3 { margin: 20px 0 6px; font-size: 15px; font-weight: 600; color: var(--soft); 
 .pairs { display: grid; grid-template-columns: 1fr 1fr; gap: 0 36px; align-items: start; }
 table { border-collapse: collapse; width: 100%; font-size: 13.5px; font-variant-numeric: tabular-nums; }
 th { text-align: left; font-weight: 600; color: var(--soft); border-bottom: 2px solid var(--line); }
-th, td { padding: 4px 10px 4px 0; vertical-align: top; overflow-wrap: anywhere; }
+th, td { padding: 4px 10px 4px 0; vertical-align: top; overflow-wrap: break-word; }
+.short { white-space: nowrap; } .facts td { overflow-wrap: anywhere; white-space: normal; }
 td { border-bottom: 1px solid var(--line); }
 tbody tr:nth-child(even) { background: var(--stripe); }
-.right { text-align: right; white-space: nowrap; }
+th.right, td.right { text-align: right; white-space: nowrap; padding-right: 20px; }
 .facts th { width: 38%; font-weight: 400; border-bottom: 1px solid var(--line); }
-.facts tr { background: none !important; }
+.facts tbody tr:nth-child(even) { background: none; }
 .none, .remark { color: var(--soft); font-style: italic; }
 figure { margin: 14px 0 0; }
 svg { display: block; width: 100%; height: auto; }
@@ -59,7 +61,7 @@ svg [fill="#e4edf5"] { fill: var(--hull); } svg [stroke="#1f5fa8"] { stroke: var
 svg [fill="#1f5fa8"] { fill: var(--blue); } svg [stroke="#d9600a"] { stroke: var(--orange); }
 svg [fill="#d9600a"] { fill: var(--orange); }
 footer { max-width: 1120px; margin: 0 auto; padding: 0 28px 28px; color: var(--soft); font-size: 13px; }
-@media (max-width: 760px) { .pairs { grid-template-columns: 1fr; } section { overflow-x: auto; } }
+@media screen and (max-width: 760px) { .pairs { grid-template-columns: 1fr; } section { overflow-x: auto; } }
 @page { size: A4; margin: 14mm; }
 @media print {
   body { background: none; font-size: 10pt; } nav { display: none; }
@@ -72,16 +74,27 @@ footer { max-width: 1120px; margin: 0 auto; padding: 0 28px 28px; color: var(--s
 }
 )";
 
+/// Long paths break behind a slash, and nothing breaks within a word.
+std::string Breakable(std::string_view text) {
+    std::string html;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find('/', at), text.size() - 1) + 1;
+        html += XmlEscaped(text.substr(at, end - at)) + (end < text.size() ? "<wbr/>" : "");
+        at = end;
+    }
+    return html;
+}
+
 std::string Shown(const Cell& cell) {
-    if (cell.reason.empty()) return XmlEscaped(cell.text);
+    if (cell.reason.empty()) return Breakable(cell.text);
     const std::string reason = "<span class=\"none\">" + XmlEscaped(cell.reason) + "</span>";
     // A value may have a reason beside it: what speaks against its use.
     return cell.value.is_null() ? reason : XmlEscaped(cell.text) + " " + reason;
 }
 
-std::string HtmlOf(const Facts& facts) {
+std::string FactsHtml(std::span<const Facts::Row> rows) {
     std::string html = "<table class=\"facts\"><tbody>\n";
-    for (const Facts::Row& row : facts.Rows()) {
+    for (const Facts::Row& row : rows) {
         html += "<tr><th scope=\"row\">" + XmlEscaped(row.label) + "</th><td>" + Shown(row.cell) + "</td></tr>\n";
     }
     return html + "</tbody></table>\n";
@@ -89,17 +102,21 @@ std::string HtmlOf(const Facts& facts) {
 
 std::string HtmlOf(const Table& table) {
     const std::vector<Column>& columns = table.Columns();
-    const auto side = [&](std::size_t n) { return columns[n].right ? " class=\"right\"" : ""; };
+    constexpr std::size_t kShort = 20;  // bytes: what fits a column stays on its line
+    const auto side = [&](std::size_t n, std::size_t length) {
+        return columns[n].right ? " class=\"right\"" : length <= kShort ? " class=\"short\"" : "";
+    };
     std::string html = "<table><thead><tr>";
     for (std::size_t n = 0; n < columns.size(); ++n) {
         if (columns[n].hidden) continue;
-        html += std::string("<th scope=\"col\"") + side(n) + ">" + XmlEscaped(columns[n].heading) + "</th>";
+        html += std::string("<th scope=\"col\"") + side(n, 0) + ">" + XmlEscaped(columns[n].heading) + "</th>";
     }
     html += "</tr></thead><tbody>\n";
     for (const std::vector<Cell>& row : table.Rows()) {
         html += "<tr>";
         for (std::size_t n = 0; n < columns.size(); ++n) {
-            if (!columns[n].hidden) html += std::string("<td") + side(n) + ">" + Shown(row[n]) + "</td>";
+            if (!columns[n].hidden)
+                html += std::string("<td") + side(n, row[n].text.size()) + ">" + Shown(row[n]) + "</td>";
         }
         html += "</tr>\n";
     }
@@ -113,24 +130,31 @@ void ReplaceFirst(std::string& text, std::string_view from, std::string_view to)
 }  // namespace
 
 std::string HtmlOf(const Document& document) {
-    std::string html;
-    bool paired = false;
-    const auto pair = [&](bool wanted) {
-        if (wanted != paired) html += wanted ? "<div class=\"pairs\">\n" : "</div>\n";
-        paired = wanted;
+    const auto& blocks = document.Blocks();
+    const auto factsAt = [&](std::size_t n) {
+        return n < blocks.size() ? std::get_if<Facts>(&blocks[n].content) : nullptr;
     };
-    for (const Document::Block& block : document.Blocks()) {
-        if (const auto* remark = std::get_if<std::string>(&block.content)) {
+    std::string html;
+    for (std::size_t n = 0; n < blocks.size(); ++n) {
+        const std::string heading =
+            blocks[n].heading.empty() ? std::string() : "<h3>" + XmlEscaped(blocks[n].heading) + "</h3>\n";
+        if (const auto* remark = std::get_if<std::string>(&blocks[n].content)) {
             html += "<p class=\"remark\">" + XmlEscaped(*remark) + "</p>\n";
-            continue;
+        } else if (const auto* table = std::get_if<Table>(&blocks[n].content)) {
+            html += heading + HtmlOf(*table);
+        } else if (const Facts* next = factsAt(n + 1)) {
+            const std::string& nextHeading = blocks[n + 1].heading;
+            html += "<div class=\"pairs\"><div>" + heading + FactsHtml(factsAt(n)->Rows()) + "</div><div>" +
+                    (nextHeading.empty() ? nextHeading : "<h3>" + XmlEscaped(nextHeading) + "</h3>\n") +
+                    FactsHtml(next->Rows()) + "</div></div>\n";
+            ++n;
+        } else {  // alone, it fills both columns
+            const std::span<const Facts::Row> rows(factsAt(n)->Rows());
+            const std::size_t half = (rows.size() + 1) / 2;
+            html += heading + "<div class=\"pairs\"><div>" + FactsHtml(rows.first(half)) + "</div><div>" +
+                    FactsHtml(rows.subspan(half)) + "</div></div>\n";
         }
-        const auto* facts = std::get_if<Facts>(&block.content);
-        pair(facts != nullptr);
-        if (facts) html += "<div>";
-        if (!block.heading.empty()) html += "<h3>" + XmlEscaped(block.heading) + "</h3>\n";
-        html += facts ? HtmlOf(*facts) + "</div>\n" : HtmlOf(std::get<Table>(block.content));
     }
-    pair(false);
     return html;
 }
 

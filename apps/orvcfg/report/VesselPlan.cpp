@@ -6,6 +6,7 @@
 
 #include "../Document.h"
 #include "../Svg.h"
+#include "platform/text/NumberText.h"
 #include "platform/text/Utf.h"
 #include "surveydata/ShapeSelection.h"
 
@@ -117,10 +118,8 @@ void DrawScaleBar(Svg& svg, double pixelsPerMetre, double y) {
     for (int part = 0; part < 4; ++part) {
         svg.Rectangle(left + pixels * part / 4, y, pixels / 4, 7, part % 2 == 0 ? kInk : "white", kInk);
     }
-    int decimals = 0;
-    Ticks(0, metres, 2, decimals);
     for (int end = 0; end <= 2; ++end) {
-        svg.Text(left + pixels * end / 2, y + 21, Fixed(metres * end / 2, decimals) + (end == 2 ? " m" : ""),
+        svg.Text(left + pixels * end / 2, y + 21, ToUtf8(ShortestText(metres * end / 2)) + (end == 2 ? " m" : ""),
                  {11, Svg::Anchor::Middle});
     }
 }
