@@ -64,6 +64,7 @@ ExitCode Run(Session& session, const Arguments& arguments) {
         project = ChosenProject(session, project);
         if (!project.empty() && !HasProject(session, project)) return kCannotRun;
     }
+    if (project.empty()) session.Note("no project is selected: the installation alone is looked at");
     const Diagnosis diagnosis = Diagnose(session, project);
     if (session.options.json) {
         PrintAsJson(session, project, diagnosis);

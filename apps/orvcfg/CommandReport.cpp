@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "Document.h"
 #include "Installation.h"
 #include "LookOnly.h"
 #include "SurveyFiles.h"
@@ -16,7 +17,7 @@ struct Arguments {
 ExitCode Run(Session& session, const Arguments& arguments) {
     if (!HasInstallation(session)) return kCannotRun;
     std::string page;
-    std::optional<Trouble> closed;
+    Diagnosis diagnosis;
     {
         const LookOnly nothingChanges;
         std::wstring project = TextArgument(arguments.project);
@@ -26,12 +27,19 @@ ExitCode Run(Session& session, const Arguments& arguments) {
         }
         project = ChosenProject(session, project);
         if (!HasProject(session, project)) return kCannotRun;
-        const Diagnosis diagnosis = Diagnose(session, project);
+        diagnosis = Diagnose(session, project);
         const NoticeRecorder silent;  // what there is to say stands among the findings
         page = ProjectPage(session, project, diagnosis);
-        closed = diagnosis.projectTrouble;
     }
     if (!WriteResult(session, arguments.output, page)) return kSomeFailed;
+    const bool toFile = !arguments.output.empty() && arguments.output != "-";
+    if (session.options.json && toFile) {
+        PrintJson(session, {{"file", arguments.output},
+                            {"bytes", page.size()},
+                            {"errors", diagnosis.errors},
+                            {"warnings", diagnosis.warnings}});
+    }
+    const std::optional<Trouble>& closed = diagnosis.projectTrouble;
     if (closed) session.Problem(closed->where, closed->what + " The page lacks what can't be read", closed->remedy);
     return closed ? kSomeFailed : kAllGood;
 }

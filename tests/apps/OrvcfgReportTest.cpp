@@ -2,6 +2,7 @@
 
 #include "apps/RunProgram.h"
 #include "platform/text/PathText.h"
+#include "platform/text/Utf.h"
 
 namespace orv::test {
 namespace {
@@ -85,6 +86,7 @@ TEST_F(OrvcfgReportTest, AnyNameIsOnlyAName) {
     const RunResult run = Ask({"report", "Maasvlakte"});
     EXPECT_EQ(run.code, 0) << run.err;
     EXPECT_EQ(FaultOf(run.out), "");
+    EXPECT_TRUE(IsUtf8(run.out));
     std::size_t count = 0;
     for (std::size_t at = 0; (at = run.out.find(shown, at)) != string::npos; ++at) ++count;
     EXPECT_GT(count, 6u);
@@ -92,8 +94,9 @@ TEST_F(OrvcfgReportTest, AnyNameIsOnlyAName) {
 }
 
 TEST_F(OrvcfgReportTest, TellsWhatThereIsAndFailsAsItShould) {
-    const RunResult sound = Ask({"report", "-o", "page.html"});
+    const RunResult sound = Ask({"report", "-o", "page.html", "--json"});
     EXPECT_EQ(sound.code, 0) << sound.err;
+    EXPECT_EQ(sound.Json()["errors"], 0);
     const string page = ReadBytes(At(L"page.html"));
     for (const char* part : {"Nothing wrong", "SHA-256", "Sounder from above", "3  Bow antenna", "UDP 5002", "Maasmond",
                              "Profile, 109 samples", "Free on the disk"}) {

@@ -5,6 +5,7 @@
 
 #include "../Document.h"
 #include "../Svg.h"
+#include "platform/text/Utf.h"
 
 namespace orv::cfg {
 
@@ -170,6 +171,8 @@ std::string InlineSvg(std::string_view file) {
 }
 
 std::string HtmlPage(std::string_view title, std::string_view body) {
+    // A name on disk is any bytes, and a page that isn't UTF-8 throughout is read by guesses.
+    if (!IsUtf8(body)) return HtmlPage(title, ToUtf8(FromUtf8(body)));
     return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\"/>\n"
            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n<title>" +
            XmlEscaped(title) + "</title>\n<style>" + std::string(kStyle) + "</style>\n</head>\n<body>\n" +
