@@ -166,6 +166,10 @@ TEST_F(OrvcfgDoctorTest, LooksOnBehindWhatKeepsTheRestClosed) {
     const RunResult empty = Ask({"doctor", "--json"});
     EXPECT_EQ(checks(empty), (Names{"signature", "project"})) << empty.out;
     Heal();
+    SetProject("CoordSystem", "OldGeoidMode", "1");
+    EXPECT_EQ(checks(Ask({"doctor", "--json"})), Names{"project"});
+    EXPECT_NE(Ask({"doctor"}).out.find("project upgrade --plan"), string::npos);
+    Heal();
     for (const char* gone : {"Maasmond.tdg", "maasmond_20243.tid"}) fs::remove(Project(gone));
     Tide("Pier", "2024-03-20 00:00,1\n2024-03-20 00:02,1\n");
     EXPECT_EQ(checks(Ask({"doctor", "--json"})), Names{"tide-of-log"});

@@ -1,6 +1,7 @@
 #include "../NeedWalk.h"
 #include "../Session.h"
 #include "Check.h"
+#include "core/ConfigKeys.h"
 #include "platform/os/FileTools.h"
 #include "platform/text/PathText.h"
 
@@ -18,6 +19,14 @@ void LookAtInstallation(Examination& examination) {
 }
 
 void LookAtProject(Examination& examination) {
+    FileObject file;  // as it lies: opening it converts it in memory
+    if (file.FileOpen(examination.projectFile, kOpenRead) && file.HasKey(COORDSYSTEM_SECTION, OLD_GEOID_MODE)) {
+        examination.Tell(PathToBytes(examination.projectFile),
+                         "Heights are in an older form, which the next application converts without asking",
+                         "\"orvcfg project upgrade --plan\" tells what becomes of them; without --plan it does it, and "
+                         "keeps copies.");
+        return;
+    }
     if (examination.projectTrouble) examination.Tell(*examination.projectTrouble);
 }
 

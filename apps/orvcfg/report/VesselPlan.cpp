@@ -36,7 +36,7 @@ std::vector<Mark> MarksOf(const VesselConfig& vessel) {
         std::wstring name;
         double x = 0, y = 0, z = 0;
         if (!vessel.GetOffset(no, name, x, y, z)) continue;
-        if (!(std::fabs(x) < kFar) || !(std::fabs(y) < kFar)) continue;
+        if (!(std::fabs(x) < kFar) || !(std::fabs(y) < kFar) || !(std::fabs(z) < kFar)) continue;
         marks.push_back({std::to_string(no) + "  " + Shortened(name),
                          "X " + Fixed(x, 3) + "   Y " + Fixed(y, 3) + "   Z " + Fixed(z, 3), x, y});
     }
@@ -178,12 +178,14 @@ std::string DrawVesselPlan(const VesselConfig& vessel) {
         svg.Circle(xOf(mark.x), yOf(mark.y), 3.6, kMark);
     }
     DrawScaleBar(svg, scale, height - 54);
-    svg.Text(middleX, height - 8,
-             "Metres; X to starboard, Y to the bow, Z up. " +
-                 (sized ? "The hull stands for a length of " + Fixed(length, 2) + " m and a width of " +
-                              Fixed(width, 2) + " m about the reference; its outline isn't surveyed."
-                        : std::string("Length and width aren't known.")),
-             {11.5, Svg::Anchor::Middle});
+    std::string caption = "Metres; X to starboard, Y to the bow, Z up. ";
+    caption += sized ? "The hull stands for a length of " + Fixed(length, 2) + " m and a width of " + Fixed(width, 2) +
+                           " m about the reference; its outline isn't surveyed."
+                     : "Length and width aren't known.";
+    if (const std::size_t lost = vessel.GetNumOffsets() - marks.size(); lost > 0) {
+        caption += " " + std::to_string(lost) + " offsets aren't drawn: no place on a vessel.";
+    }
+    svg.Text(middleX, height - 8, caption, {11.5, Svg::Anchor::Middle});
     return svg.Finish();
 }
 
