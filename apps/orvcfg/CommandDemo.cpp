@@ -9,6 +9,7 @@
 #include "MakeProject.h"
 #include "ProjectReport.h"
 #include "SampleGrid.h"
+#include "SampleSurvey.h"
 #include "VesselFile.h"
 #include "core/CFileTypeList.h"
 #include "core/ConfigKeys.h"
@@ -107,7 +108,7 @@ bool PutFile(Session& session, unsigned type, const std::wstring& sampleName, st
     return false;
 }
 
-/// The sample vessel with what it needs, and the configuration that uses it.
+/// The sample vessel with what it needs, the ports of its devices, and the configuration that uses it.
 bool PutVessel(Session& session) {
     const std::wstring vessel(kSampleVessel), mark = L"[navigate]";
     ProjectDefinition& project = DataSearch::GetDataSearch().GetProjectDefinition();
@@ -116,6 +117,8 @@ bool PutVessel(Session& session) {
            PutFile(session, kFileTypeAlarmMap, vessel + L".alr", vessel) &&
            PutFile(session, kFileTypeVesselSetup, vessel + L".vsf", vessel) &&
            PutFile(session, kFileTypeAppConfig, L"Survey.acf", L"Survey" + mark) &&
+           PutFile(session, kFileTypeSVProfile, L"Basin.svp", L"Basin") &&
+           PutFile(session, kFileTypeSystem, std::wstring(INTERFACE_DEF_FILENAME), L"InterfaceDefinition") &&
            project.SetAppDefinition(L"navigate") && project.SetAppConfiguration(L"Survey") &&
            project.FileSave(L"", 0, kSave);
 }
@@ -137,6 +140,10 @@ bool MakeSample(Session& session, const std::wstring& root, const std::string& g
     project.geoid.key = GeoidKey(kNap2018);
     project.geoid.file = PutGrid(session, grid);
     if (project.geoid.file.empty() || !MakeProject(session, project) || !PutVessel(session)) return false;
+    if (!PutSampleSurvey(kSampleVessel, L"navigate")) {
+        session.Problem(PathToBytes(root), "Tide and log of the sample can't be written");
+        return false;
+    }
     OrvIniFile_IO& settings = DataSearch::GetDataSearch().GetOrvIni();
     if (settings.SetCurrentProjectName(project.name) && settings.FileSave(L"", 0, kSave)) return true;
     session.Problem(PathToBytes(settings.GetFileName()), "Can't be written");

@@ -1,18 +1,14 @@
-#include <algorithm>
-#include <optional>
 #include <set>
 
 #include "Commands.h"
 #include "Document.h"
-#include "GeoidChoice.h"
 #include "Installation.h"
+#include "NeedWalk.h"
 #include "core/CFileTypeList.h"
 #include "core/ConfigKeys.h"
 #include "platform/os/FileTools.h"
-#include "platform/text/CaseFold.h"
 #include "platform/text/PathText.h"
 #include "platform/text/Utf.h"
-#include "project/FileDependencies.h"
 
 namespace orv::cfg {
 
@@ -23,22 +19,6 @@ struct Arguments {
     bool list = false;
 };
 
-struct Node {
-    std::wstring path;
-    int level = 0;
-    std::string problem;  ///< why it can't be used; empty if it can
-};
-
-std::string ProblemOf(const std::wstring& path) {
-    FileStatus status;
-    const FsResult asked = Files().Status(path, status);
-    if (asked == FsResult::Ok && !status.exists) return "missing";
-    std::unique_ptr<File> file;
-    const FsResult opened = asked != FsResult::Ok ? asked : Files().Open(path, {.share = Share::DenyNone}, file);
-    if (status.isFolder) return "a folder";
-    return opened == FsResult::Ok ? "" : "can't be read: " + ToUtf8(FsResultText(opened));
-}
-
 std::string TypeOf(const std::wstring& path) {
     std::wstring folder, name, extension;
     SplitPath(path, folder, name, extension);
@@ -46,62 +26,6 @@ std::string TypeOf(const std::wstring& path) {
     if (!DataSearch::GetDataSearch().GetTypeForExtension(L"." + extension, type)) return {};
     return ToUtf8(GetFileKeyForType(type));
 }
-
-/// All that is needed, each file behind the one that needs it, and what was said on the way.
-class NeedWalk {
-public:
-    explicit NeedWalk(Session& forSession) : session(forSession) {}
-
-    void Add(const std::wstring& path, int level) {
-        FileDependencies files;
-        files.Add(path);
-        Take(files, level);
-    }
-    void Add(unsigned type, const std::wstring& name, int level) {
-        FileDependencies files;
-        files.Add(type, name);
-        Take(files, level);
-    }
-    bool Good() const { return good; }
-    const std::vector<Node>& Nodes() const { return nodes; }
-
-private:
-    void Take(const FileDependencies& files, int level) {
-        for (int i = 0; i < files.GetSize(); ++i) {
-            const std::wstring path = files[i];
-            const int below = level + files.GetLevel(i);
-            nodes.push_back({path, below, ProblemOf(path)});
-            chain.resize(static_cast<std::size_t>(below));
-            if (!nodes.back().problem.empty()) Tell(nodes.back());
-            chain.push_back(path);
-        }
-        for (const FileDependencies::Unresolved& missing : files.GetUnresolved()) {
-            const std::wstring_view key = missing.type < fileTypeKeys.size() ? fileTypeKeys[missing.type] : L"unknown";
-            session.Problem(
-                {},
-                "\"" + ToUtf8(missing.name) + "\" is needed, but files of type " + ToUtf8(key) + " have no folder here",
-                "\"orvcfg paths\" shows the folders.");
-            good = false;
-        }
-        if (!files.IsComplete()) {
-            session.Problem(PathToBytes(files[0]), "Needs more files than can be followed: the list isn't complete",
-                            "Files that list each other are made by damage or by hand.");
-            good = false;
-        }
-    }
-    void Tell(const Node& node) {
-        good = false;
-        if (!told.insert(node.path).second) return;
-        const std::string by = chain.empty() ? "" : ", needed by " + PathToBytes(GetNameFromPath(chain.back()));
-        session.Problem(PathToBytes(node.path), node.problem + by, "Bring it back from a copy, or take its name out.");
-    }
-
-    Session& session;
-    std::vector<Node> nodes;
-    std::vector<std::wstring> chain;  // from the outermost file to the one that needs the next
-    std::set<std::wstring> told;
-    bool good = true;
-};
 
 /// The project whose folder a file lies in, where that is one of this installation's.
 std::wstring ProjectOf(const std::wstring& path) {
@@ -111,38 +35,10 @@ std::wstring ProjectOf(const std::wstring& path) {
     return inside && FileExists(folder + std::wstring(PROJECT_FILENAME)) ? GetTitleFromPath(folder) : std::wstring();
 }
 
-/// The grid that the project's heights come from; none if it names none.
-std::optional<std::wstring> GridOf(const ProjectDefinition& project) {
-    GeoidChoice geoid;
-    project.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[13], geoid.key);
-    project.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[14], geoid.file);
-    project.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[15], geoid.chartDatum);
-    if (geoid.key.empty() || geoid.file.empty()) return std::nullopt;
-    const std::wstring path = OpenGeoid(geoid).path;
-    if (path.empty()) return std::nullopt;
-    return path;
-}
-
-void AddProject(NeedWalk& walk, const std::wstring& path) {
-    const DataSearch& search = DataSearch::GetDataSearch();
-    const ProjectDefinition& project = search.GetProjectDefinition();
-    walk.Add(path, 0);
-    std::wstring definition, configuration, file;
-    project.GetAppDefinition(definition);
-    project.GetAppConfiguration(configuration);
-    if (!definition.empty()) walk.Add(AppDefFile(definition), 1);
-    if (search.GetDefaultFileName(kFileTypeUnits, file)) walk.Add(kFileTypeUnits, file, 1);
-    if (const auto grid = GridOf(project)) walk.Add(*grid, 1);
-    if (!configuration.empty()) walk.Add(kFileTypeAppConfig, configuration + L"[" + definition + L"]", 1);
-    file = L"#PMF@";
-    // Made when the first file is ticked for display.
-    if (search.GetFullPath(kFileTypeProjectFile, file) && FileExists(file)) walk.Add(file, 1);
-}
-
 // ---- output
 
 /// The lines that join each file to the one that needs it. From the end, as a line goes on only where more comes below.
-std::vector<std::string> Branches(const std::vector<Node>& nodes) {
+std::vector<std::string> Branches(const std::vector<NeededFile>& nodes) {
     std::vector<std::string> lines(nodes.size());
     std::vector<bool> more;  // by level
     for (std::size_t i = nodes.size(); i-- > 0;) {
@@ -155,14 +51,14 @@ std::vector<std::string> Branches(const std::vector<Node>& nodes) {
     return lines;
 }
 
-void PrintList(Session& session, const std::vector<Node>& nodes) {
+void PrintList(Session& session, const std::vector<NeededFile>& nodes) {
     std::set<std::wstring> seen;
-    for (const Node& node : nodes) {
+    for (const NeededFile& node : nodes) {
         if (seen.insert(node.path).second) session.out.Put(PathToBytes(node.path) + "\n");
     }
 }
 
-void PrintTree(Session& session, const std::vector<Node>& nodes) {
+void PrintTree(Session& session, const std::vector<NeededFile>& nodes) {
     const std::vector<std::string> branches = Branches(nodes);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         const std::string mark = nodes[i].problem.empty() ? "" : "   <-- " + nodes[i].problem;
@@ -170,9 +66,9 @@ void PrintTree(Session& session, const std::vector<Node>& nodes) {
     }
 }
 
-Json TreeOf(const std::vector<Node>& nodes) {
+Json TreeOf(const std::vector<NeededFile>& nodes) {
     Json rows = Json::array();
-    for (const Node& node : nodes) {
+    for (const NeededFile& node : nodes) {
         const std::string type = TypeOf(node.path);
         rows.push_back({{"level", node.level},
                         {"file", ToUtf8(node.path)},
@@ -194,12 +90,13 @@ ExitCode Deps(Session& session, const Arguments& arguments) {
     ProjectDefinition& project = DataSearch::GetDataSearch().GetProjectDefinition();
     if (!projectFile.empty()) project.FileObject::FileOpen(projectFile, kOpenRead);
 
-    NeedWalk walk(session);
+    NeedWalk walk;
     if (given.empty() || given == projectFile) {
-        AddProject(walk, projectFile);
+        AddProjectNeeds(walk, projectFile);
     } else {
         walk.Add(given, 0);
     }
+    for (const Trouble& trouble : walk.Troubles()) session.Problem(trouble.where, trouble.what, trouble.remedy);
     if (session.options.json) {
         PrintJson(session, TreeOf(walk.Nodes()));
     } else if (arguments.list) {
@@ -207,7 +104,7 @@ ExitCode Deps(Session& session, const Arguments& arguments) {
     } else {
         PrintTree(session, walk.Nodes());
     }
-    return walk.Good() ? kAllGood : kSomeFailed;
+    return walk.Troubles().empty() ? kAllGood : kSomeFailed;
 }
 
 }  // namespace

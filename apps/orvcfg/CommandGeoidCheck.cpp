@@ -1,7 +1,7 @@
 #include "Commands.h"
 #include "Document.h"
 #include "GeoidChoice.h"
-#include "GridForms.h"
+#include "GridCheck.h"
 #include "Installation.h"
 #include "core/ConfigKeys.h"
 #include "geoid/GeoidModelList.h"
@@ -28,13 +28,18 @@ constexpr unsigned short kTreeHeights = 7, kTreeShifts = 8;
 /// Findings, a line each. Warnings leave the exit code alone: such a file works, if not everywhere.
 class Findings {
 public:
-    void Good(const std::string& file, const std::string& words) { Add(file, "good", words); }
-    void Warning(const std::string& file, const std::string& words) { Add(file, "warning", words), ++warnings; }
-    void Bad(const std::string& file, const std::string& words) { Add(file, "bad", words), ++bad; }
+    void Take(const std::vector<GridFinding>& found) {
+        for (const GridFinding& finding : found) Add(finding);
+    }
+    void Good(const std::string& file, const std::string& words) { Add({GridFinding::Good, file, words}); }
+    void Warning(const std::string& file, const std::string& words) { Add({GridFinding::Warning, file, words}); }
+    void Bad(const std::string& file, const std::string& words) { Add({GridFinding::Bad, file, words}); }
     ExitCode Print(Session& session, bool strict) const {
         Document::Print(session, table);
-        const int failed = bad + (strict ? warnings : 0);
-        if (warnings > 0) session.Note(std::to_string(warnings) + " warnings");
+        const int failed = counts[GridFinding::Bad] + (strict ? counts[GridFinding::Warning] : 0);
+        if (counts[GridFinding::Warning] > 0) {
+            session.Note(std::to_string(counts[GridFinding::Warning]) + " warnings");
+        }
         if (failed == 0) return kAllGood;
         session.Problem({},
                         std::to_string(failed) + (failed == 1 ? " finding means" : " findings mean") +
@@ -44,35 +49,14 @@ public:
     }
 
 private:
-    void Add(const std::string& file, const char* state, const std::string& words) {
-        table.Add({Cell::Of(file), Cell::Of(std::string(state)), Cell::Of(words)});
+    void Add(const GridFinding& finding) {
+        constexpr const char* states[] = {"good", "warning", "bad"};
+        table.Add({Cell::Of(finding.file), Cell::Of(std::string(states[finding.state])), Cell::Of(finding.words)});
+        ++counts[finding.state];
     }
     Table table{{{"File", "file"}, {"State", "state"}, {"Finding", "finding"}}};
-    int warnings = 0, bad = 0;
+    int counts[3] = {};
 };
-
-/// `surely`: it is a grid, or is meant to be one; else a file of another kind is nobody's business.
-void CheckFile(const std::wstring& path, bool surely, Findings& findings) {
-    const std::string file = PathToBytes(path);
-    MappedFile content;
-    std::string why;
-    if (!content.Open(path, why)) return findings.Bad(file, "can't be read: " + why);
-    const std::optional<RecognisedGrid> grid = RecogniseGrid(content.Bytes(), why);
-    if (!grid && !surely) return;
-    if (!grid) return findings.Bad(file, "no grid of a known form" + (why.empty() ? "" : " (" + why + ")"));
-    const std::string form(grid->form->name);
-    if (grid->facts.fault.empty()) {
-        std::int64_t nodes = 0;
-        for (const GridPart& part : grid->facts.parts) nodes += part.Nodes();
-        findings.Good(file, form + ", " + std::to_string(nodes) + " nodes");
-    } else if (grid->form->ifShort.empty()) {
-        findings.Bad(file, form + ": " + grid->facts.fault + "; the model refuses it");
-    } else {
-        findings.Warning(file, form + ": " + grid->facts.fault + "; the model accepts it all the same, and " +
-                                   std::string(grid->form->ifShort));
-    }
-    for (const std::string& remark : grid->facts.remarks) findings.Warning(file, remark);
-}
 
 /// What an index lists is there and whole.
 void CheckIndex(const std::wstring& tree, const std::wstring& path, Findings& findings) {
@@ -88,7 +72,7 @@ void CheckIndex(const std::wstring& tree, const std::wstring& path, Findings& fi
         if (!FileExists(file)) {
             findings.Bad(PathToBytes(file), "is in the index and not in the folder");
         } else {
-            CheckFile(file, true, findings);
+            findings.Take(CheckGridFile(file, true));
         }
         const std::wstring outline = start + ToNativePath(grid.source) + L".bnd";
         if (areas && !FileExists(outline)) findings.Bad(PathToBytes(outline), "the area's outline is missing");
@@ -119,25 +103,9 @@ void CheckTree(Findings& findings) {
     }
 }
 
-/// A model with some of its fixed files and not all. None at all is a model that isn't used here.
-void CheckSet(unsigned short typeId, const std::wstring& folder, const std::vector<std::wstring>& there,
-              Findings& findings) {
-    for (const GridForm& form : GridForms()) {
-        for (const GridHome& home : form.homes) {
-            if (home.typeId != typeId || there.empty()) continue;
-            for (const std::wstring_view name : home.names) {
-                if (name.starts_with(L'*')) continue;
-                const bool found = std::any_of(there.begin(), there.end(),
-                                               [&](const std::wstring& own) { return EqualNoCase(own, name); });
-                if (!found) findings.Warning(PathToBytes(folder + std::wstring(name)), "missing: what needs it fails");
-            }
-        }
-    }
-}
-
 ExitCode Check(Session& session, const Arguments& arguments) {
     Findings findings;
-    for (const std::string& file : arguments.files) CheckFile(PathArgument(file), true, findings);
+    for (const std::string& file : arguments.files) findings.Take(CheckGridFile(PathArgument(file), true));
     if (!arguments.files.empty()) return findings.Print(session, arguments.strict);
 
     if (!OpenInstallation(session)) return kCannotRun;
@@ -148,13 +116,13 @@ ExitCode Check(Session& session, const Arguments& arguments) {
         const std::wstring folder = GeoidModelFolder(model.typeId);
         const std::optional<std::vector<std::wstring>> names = GeoidGridNames(model.typeId);
         if (folder.empty() || !names) continue;
-        CheckSet(model.typeId, folder, *names, findings);
+        findings.Take(CheckGridSet(model.typeId, folder, *names));
         for (const std::wstring& name : *names) {
             if (std::find(checked.begin(), checked.end(), folder + name) != checked.end()) continue;
             checked.push_back(folder + name);
             // Texts of any kind lie among the common project files.
             const bool text = EndsWithNoCase(name, L".txt") || EndsWithNoCase(name, L".csv");
-            CheckFile(folder + name, !text, findings);
+            findings.Take(CheckGridFile(folder + name, !text));
         }
     }
     CheckTree(findings);

@@ -4,8 +4,8 @@
 
 #include "Commands.h"
 #include "Document.h"
-#include "Plot.h"
 #include "SurveyFiles.h"
+#include "TidePicture.h"
 #include "TideStationAccess.h"
 #include "TimeText.h"
 #include "platform/os/Clock.h"
@@ -27,8 +27,6 @@ struct GapsArguments {
 struct PlotArguments {
     std::string station, from, to, output, title;
 };
-
-constexpr std::size_t kColumns = 1800;  // twice the pixels of a picture: more can't be seen
 
 struct Month {
     std::int64_t values = 0;
@@ -133,87 +131,19 @@ ExitCode Gaps(Session& session, const GapsArguments& arguments) {
 
 // ---- plot
 
-/// A curve of so many values that most can't be told apart: of each column the lowest and the highest are kept, and the
-/// ends of every gap.
-class Curve {
-public:
-    explicit Curve(double columnWidth) : width(columnWidth) {}
-
-    void Break() {
-        Flush();
-        points.push_back({NAN, NAN});
-    }
-    void Add(double time, double value) {
-        const double column = width > 0 ? std::floor(time / width) : time;
-        if (held == 0 || column != current) Flush();
-        current = column;
-        if (held++ == 0) first = low = high = {time, value};
-        last = {time, value};
-        if (value < low.y) low = last;
-        if (value > high.y) high = last;
-    }
-    std::vector<Svg::Point> Points() {
-        Flush();
-        return std::move(points);
-    }
-
-private:
-    void Flush() {
-        if (held == 0) return;
-        const Svg::Point middle[] = {low.x <= high.x ? low : high, low.x <= high.x ? high : low};
-        for (const Svg::Point& point : {first, middle[0], middle[1], last}) {
-            if (points.empty() || points.back().x != point.x) points.push_back(point);
-        }
-        held = 0;
-    }
-    double width, current = 0;
-    std::size_t held = 0;
-    Svg::Point first{}, low{}, high{}, last{};
-    std::vector<Svg::Point> points;
-};
-
 ExitCode PlotTide(Session& session, const PlotArguments& arguments) {
     TideStation station;
     TideRange range;
     if (!ReadRange(session, arguments.from, arguments.to, range) || !OpenStation(session, arguments.station, station)) {
         return kCannotRun;
     }
-    PlotAxis time = PlotAxis::Empty("Time (UTC)", true), tide = PlotAxis::Empty("Tide (m)");
-    std::size_t values = 0;
-    ForEachValue(station, range, [&](double at, double value) {
-        if (!IsCivilTime(at) || !std::isfinite(value)) return;
-        time.Hold(at);
-        tide.Hold(value);
-        ++values;
-    });
-    if (values == 0) {
+    const TidePicture picture = DrawTide(station, range, arguments.title);
+    if (picture.values == 0) {
         session.Problem(arguments.station, "There are no values to draw", "See \"orvcfg tide info\".");
         return kSomeFailed;
     }
-    time.title += ", " + UtcText(time.low) + " to " + UtcText(time.high);  // within a day no tick tells the date
-    // Fewer values are drawn as they are.
-    Curve curve(values > 2 * kColumns ? (time.high - time.low) / kColumns : 0);
-    std::vector<Svg::Point> dots;
-    const std::string title = arguments.title.empty() ? "Tide at " + ToUtf8(station.GetStationName()) : arguments.title;
-    Plot plot(title, 1200, 560);
-    PlotPanel& panel = plot.AddPanel("", time, tide);
-    double previous = NAN;
-    std::size_t gaps = 0;
-    ForEachValue(station, range, [&](double at, double value) {
-        if (!IsCivilTime(at) || !std::isfinite(value)) return;
-        if (!std::isnan(previous) && IsGap(station, previous, at)) {
-            curve.Break();
-            panel.Shade(previous, at, PlotColour::Amber, "gap that isn't bridged");
-            ++gaps;
-        }
-        curve.Add(at, value);
-        if (values <= 200) dots.push_back({at, value});
-        previous = at;
-    });
-    panel.Line(curve.Points(), PlotColour::Blue, "tide");
-    if (!dots.empty()) panel.Dots(std::move(dots), PlotColour::Blue, "measured value");
-    if (!WriteResult(session, arguments.output, plot.Text())) return kSomeFailed;
-    session.Note(std::to_string(values) + " values, " + std::to_string(gaps) + " gaps");
+    if (!WriteResult(session, arguments.output, picture.svg)) return kSomeFailed;
+    session.Note(std::to_string(picture.values) + " values, " + std::to_string(picture.gaps) + " gaps");
     return kAllGood;
 }
 

@@ -51,6 +51,8 @@ void AddVessel(CLI::App& app, Session& session);
 void AddVesselCheck(CLI::App& vessel, Session& session);
 void AddVesselExchange(CLI::App& vessel, Session& session);
 void AddShape(CLI::App& app, Session& session);
+void AddDoctor(CLI::App& app, Session& session);
+void AddReport(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.

@@ -34,14 +34,15 @@ struct Cell {
 /// Names with their values, one a line.
 class Facts {
 public:
-    void Add(std::string label, std::string name, Cell cell);
-
-private:
-    friend class Document;
     struct Row {
         std::string label, name;
         Cell cell;
     };
+    void Add(std::string label, std::string name, Cell cell);
+    const std::vector<Row>& Rows() const { return rows; }
+
+private:
+    friend class Document;
     std::vector<Row> rows;
 };
 
@@ -57,6 +58,8 @@ public:
     explicit Table(std::vector<Column> tableColumns) : columns(std::move(tableColumns)) {}
     void Add(std::vector<Cell> cells);
     bool Empty() const { return rows.empty(); }
+    const std::vector<Column>& Columns() const { return columns; }
+    const std::vector<std::vector<Cell>>& Rows() const { return rows; }
 
 private:
     friend class Document;
@@ -67,20 +70,21 @@ private:
 /// What a command has to show: blocks of facts and tables, as text with aligned columns or as one JSON object.
 class Document {
 public:
+    struct Block {
+        std::string heading, name;
+        std::variant<Facts, Table, std::string> content;  ///< a text is a remark
+    };
     Facts& AddFacts(std::string heading, std::string name);
     Table& AddTable(std::string heading, std::string name, std::vector<Column> columns);
     /// A line for people only, below the block before it.
     void AddRemark(std::string text);
     void Print(Session& session) const;
+    const std::deque<Block>& Blocks() const { return blocks; }
 
     /// A table alone: rows under a line of headings (left out by --quiet), or a JSON array.
     static void Print(Session& session, const Table& table);
 
 private:
-    struct Block {
-        std::string heading, name;
-        std::variant<Facts, Table, std::string> content;
-    };
     static Json ToJson(const Facts& facts);
     static Json ToJson(const Table& table);
     static void Print(Session& session, const Facts& facts, std::string_view indent);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <iterator>
 
+#include "LookOnly.h"
 #include "Session.h"
 #include "Suggest.h"
 #include "core/ConfigKeys.h"
@@ -48,7 +49,7 @@ constexpr StatusSentence kStatusSentences[] = {
 /// of a command must learn that the file was touched.
 void NoteSigning(Session& session, const std::wstring& path) {
     ProtectedFileObject file;
-    if (!ReadAsItIs(path, file)) return;
+    if (LookOnly::InForce() || !ReadAsItIs(path, file)) return;
     const FileState state = StateOf(file);
     if (state != FileState::ContentChanged && state != FileState::Unsigned) return;
     session.Note(PathToBytes(path) +
@@ -56,20 +57,18 @@ void NoteSigning(Session& session, const std::wstring& path) {
                  "; opening it as the applications do has signed it");
 }
 
-void TellStatus(Session& session, const std::wstring& folder) {
+Trouble StatusTrouble(Session& session, const std::wstring& folder) {
     const DataSearch& search = DataSearch::GetDataSearch();
     if (search.GetErrorStatus() == kSearchNoSettings && search.GetOrvIni().IsInit()) {
-        session.Problem(PathToBytes(DataRoot(session) + std::wstring(FILETYPES_DEF_FILENAME)),
-                        "The table of file types can't be read", "It comes with the program: install it again.");
-        return;
+        return {PathToBytes(DataRoot(session) + std::wstring(FILETYPES_DEF_FILENAME)),
+                "The table of file types can't be read", "It comes with the program: install it again."};
     }
     const auto row = std::find_if(std::begin(kStatusSentences), std::end(kStatusSentences),
                                   [&](const StatusSentence& entry) { return entry.status == search.GetErrorStatus(); });
     if (row == std::end(kStatusSentences)) {
-        session.Problem(PathToBytes(folder), "The installation can't be opened", "Check the settings in ORV.ini.");
-    } else {
-        session.Problem(PathToBytes(folder), row->what, row->remedy);
+        return {PathToBytes(folder), "The installation can't be opened", "Check the settings in ORV.ini."};
     }
+    return {PathToBytes(folder), std::string(row->what), std::string(row->remedy)};
 }
 
 }  // namespace
@@ -166,33 +165,43 @@ std::string_view FileStateText(FileState state) {
 
 // ---- the installation
 
-bool OpenInstallation(Session& session) {
+std::optional<Trouble> TryInstallation(Session& session, bool withoutAppDef) {
     static OrvConfigureInitializer module;  // kept to the end, as hosts do
     module.RegisterComps();
     module.RegisterGeoidModel();
     const std::wstring folder = SystemFolder(session);
-    const std::wstring settings = folder + std::wstring(ORV_DEF_FILENAME);
-    if (!FileExists(settings)) {
-        const bool inside = FileExists(folder + L"system/" + std::wstring(ORV_DEF_FILENAME));
-        session.Problem(PathToBytes(settings), "No such file, so there is no installation here",
-                        inside ? "Did you mean --system \"" + PathToBytes(folder) + "system\"?"
-                               : "Name the system folder with --system, or make an installation with \"orvcfg init\".");
-        return false;
-    }
     session.Detail("system folder " + PathToBytes(folder));
-    NoteSigning(session, settings);
+    NoteSigning(session, folder + std::wstring(ORV_DEF_FILENAME));
     const auto override = [](const std::string& option) {
         return option.empty() ? std::wstring() : WithSeparator(AbsolutePath(PathArgument(option)));
     };
     DataSearch& search = DataSearch::GetDataSearch();
-    const std::wstring appDef = TextArgument(session.options.appDef);
-    if (!search.Initialise(folder, true, appDef, session.options.userDef, override(session.options.projectsRoot),
-                           override(session.options.common))) {
-        TellStatus(session, folder);
+    if (search.Initialise(folder, !withoutAppDef, TextArgument(session.options.appDef), session.options.userDef,
+                          override(session.options.projectsRoot), override(session.options.common))) {
+        return std::nullopt;
+    }
+    return StatusTrouble(session, folder);
+}
+
+bool HasInstallation(Session& session) {
+    const std::wstring folder = SystemFolder(session);
+    const std::wstring settings = folder + std::wstring(ORV_DEF_FILENAME);
+    if (FileExists(settings)) return true;
+    const bool inside = FileExists(folder + L"system/" + std::wstring(ORV_DEF_FILENAME));
+    session.Problem(PathToBytes(settings), "No such file, so there is no installation here",
+                    inside ? "Did you mean --system \"" + PathToBytes(folder) + "system\"?"
+                           : "Name the system folder with --system, or make an installation with \"orvcfg init\".");
+    return false;
+}
+
+bool OpenInstallation(Session& session) {
+    if (!HasInstallation(session)) return false;
+    if (const std::optional<Trouble> trouble = TryInstallation(session)) {
+        session.Problem(trouble->where, trouble->what, trouble->remedy);
         return false;
     }
-    if (!search.GetAppDef().FileInitialised()) {
-        session.Note("the application definition " + PathToBytes(AppDefFile(appDef)) +
+    if (!DataSearch::GetDataSearch().GetAppDef().FileInitialised()) {
+        session.Note("the application definition " + PathToBytes(AppDefFile(TextArgument(session.options.appDef))) +
                      " isn't there: every file type counts as unsupported. Name another with --app-def");
     }
     return true;
@@ -238,17 +247,22 @@ bool HasProject(Session& session, const std::wstring& name) {
     return false;
 }
 
-bool OpenProject(Session& session, std::wstring name) {
-    name = ChosenProject(session, std::move(name));
-    if (!HasProject(session, name)) return false;
+std::optional<Trouble> TryProject(Session& session, const std::wstring& name) {
     DataSearch& search = DataSearch::GetDataSearch();
     const std::wstring path = ProjectFile(name);
     NoteSigning(session, path);
-    if (search.InitProject(name, false)) return true;
+    if (search.InitProject(name, false)) return std::nullopt;
     const std::wstring& problem = search.GetProjectDefinition().LastProblem();
-    session.Problem(PathToBytes(path), problem.empty() ? "The project can't be opened" : ToUtf8(problem),
-                    "\"orvcfg project repair\" adds what an old or damaged project lacks.");
-    return false;
+    return Trouble{PathToBytes(path), problem.empty() ? "The project can't be opened" : ToUtf8(problem),
+                   "\"orvcfg project repair\" adds what an old or damaged project lacks."};
+}
+
+bool OpenProject(Session& session, std::wstring name) {
+    name = ChosenProject(session, std::move(name));
+    if (!HasProject(session, name)) return false;
+    const std::optional<Trouble> trouble = TryProject(session, name);
+    if (trouble) session.Problem(trouble->where, trouble->what, trouble->remedy);
+    return !trouble;
 }
 
 }  // namespace orv::cfg

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,9 +19,19 @@ std::wstring SystemFolder(const Session& session);
 /// Where the shipped templates lie; empty after a problem has been told.
 std::wstring DataRoot(Session& session);
 
+/// Why something doesn't work, as `Session::Problem` tells it: where, what, and what to do about it.
+struct Trouble {
+    std::string where, what, remedy;
+};
+
 /// Does what a host does at its start: registers the geoid models and initialises the data search. False after a
 /// problem has been told.
 bool OpenInstallation(Session& session);
+/// False after it has been told that the system folder has no settings.
+bool HasInstallation(Session& session);
+/// `OpenInstallation` for who tells himself what came of it. `withoutAppDef` opens what a broken application definition
+/// would keep closed.
+std::optional<Trouble> TryInstallation(Session& session, bool withoutAppDef = false);
 
 /// Where the data search finds an application definition, or would.
 std::wstring AppDefFile(const std::wstring& name);
@@ -32,6 +43,8 @@ bool LiesInProject(int location);
 /// Opens a project of the open installation as a host does: `name`, else that of the options, else the current one of
 /// the settings. False after a problem has been told.
 bool OpenProject(Session& session, std::wstring name = {});
+/// The same for who tells himself what came of it; the project is there.
+std::optional<Trouble> TryProject(Session& session, const std::wstring& name);
 /// The project that `OpenProject` would take; empty if there is none.
 std::wstring ChosenProject(const Session& session, std::wstring name = {});
 /// Full name of a project's file: by its name, or with the name as the current one of the settings when empty.

@@ -7,9 +7,7 @@
 
 namespace orv::cfg {
 
-namespace {
-
-std::string Escaped(std::string_view text) {
+std::string XmlEscaped(std::string_view text) {
     std::string out;
     for (const char c : text) {
         switch (c) {
@@ -33,8 +31,10 @@ std::string Escaped(std::string_view text) {
     return out;
 }
 
+namespace {
+
 std::string Attribute(std::string_view name, std::string_view value) {
-    return " " + std::string(name) + "=\"" + Escaped(value) + "\"";
+    return " " + std::string(name) + "=\"" + XmlEscaped(value) + "\"";
 }
 
 /// Hundredths of a pixel are finer than any screen.
@@ -51,12 +51,18 @@ std::string Attributes(const Svg::Stroke& stroke) {
     return text;
 }
 
+std::string Places(const std::vector<Svg::Point>& points) {
+    std::string places;
+    for (const Svg::Point& point : points) places += Fixed(point.x, 2) + "," + Fixed(point.y, 2) + " ";
+    return places;
+}
+
 }  // namespace
 
 Svg::Svg(double drawingWidth, double drawingHeight, std::string_view title) {
     head = "<svg xmlns=\"http://www.w3.org/2000/svg\"" + Attribute("width", drawingWidth) +
            Attribute("height", drawingHeight) + " viewBox=\"0 0 " + Fixed(drawingWidth, 0) + " " +
-           Fixed(drawingHeight, 0) + "\" font-family=\"Helvetica, Arial, sans-serif\">\n<title>" + Escaped(title) +
+           Fixed(drawingHeight, 0) + "\" font-family=\"Helvetica, Arial, sans-serif\">\n<title>" + XmlEscaped(title) +
            "</title>\n";
     Rectangle(0, 0, drawingWidth, drawingHeight, "white");
 }
@@ -74,9 +80,11 @@ void Svg::Line(double x1, double y1, double x2, double y2, const Stroke& stroke)
 }
 
 void Svg::Polyline(const std::vector<Point>& points, const Stroke& stroke) {
-    std::string places;
-    for (const Point& point : points) places += Fixed(point.x, 2) + "," + Fixed(point.y, 2) + " ";
-    body += "<polyline" + Attribute("points", places) + Attribute("fill", "none") + Attributes(stroke) + "/>\n";
+    body += "<polyline" + Attribute("points", Places(points)) + Attribute("fill", "none") + Attributes(stroke) + "/>\n";
+}
+
+void Svg::Polygon(const std::vector<Point>& points, std::string_view fill, const Stroke& stroke) {
+    body += "<polygon" + Attribute("points", Places(points)) + Attribute("fill", fill) + Attributes(stroke) + "/>\n";
 }
 
 void Svg::Circle(double x, double y, double radius, std::string_view fill) {
@@ -92,7 +100,7 @@ void Svg::Text(double x, double y, std::string_view text, const Font& font) {
     if (font.turned != 0.0) {
         body += Attribute("transform", "rotate(" + Fixed(font.turned, 0) + " " + Fixed(x, 2) + " " + Fixed(y, 2) + ")");
     }
-    body += ">" + Escaped(text) + "</text>\n";
+    body += ">" + XmlEscaped(text) + "</text>\n";
 }
 
 std::string Svg::Hatch(std::string_view id, std::string_view colour, std::string_view ground) {

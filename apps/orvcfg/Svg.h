@@ -6,6 +6,9 @@
 
 namespace orv::cfg {
 
+/// `text` as it stands between tags or in quotes; control characters, which can't, become blanks.
+std::string XmlEscaped(std::string_view text);
+
 /// A drawing in SVG, made to be looked at: pixels from the upper left corner, its own fonts and a white ground, nothing
 /// from outside the file.
 class Svg {
@@ -32,6 +35,7 @@ public:
         double x, y;
     };
     void Polyline(const std::vector<Point>& points, const Stroke& stroke);
+    void Polygon(const std::vector<Point>& points, std::string_view fill, const Stroke& stroke);
     void Circle(double x, double y, double radius, std::string_view fill);
     void Text(double x, double y, std::string_view text, const Font& font);
     /// A fill of slanting lines, for areas that have no value: use the result as `fill`.

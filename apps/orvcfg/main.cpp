@@ -117,6 +117,8 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddFormat(app, session);
     AddVessel(app, session);
     AddShape(app, session);
+    AddDoctor(app, session);
+    AddReport(app, session);
     AddDemo(app, session);
     try {
         app.parse(argc, argv);
