@@ -1,0 +1,41 @@
+# The packages in a bare Debian 12 (debootstrap, minbase): installed by apt with what they depend on, the demonstration
+# run, every header read by a compiler, and examples/host built out of tree by CMake and by pkg-config. Needs root.
+set -euo pipefail
+. cmake/build.sh
+. proofs/bare.bash
+need_root package
+need_packages "${base_packages[@]}" dpkg-dev file
+started=$(date +%s)
+build_preset release
+packages=build/release/packages
+rm -rf "$packages"
+cpack --config build/release/CPackConfig.cmake -B "$packages" >build/cpack.log 2>&1 || { cat build/cpack.log; exit 1; }
+make_bare_root package
+mkdir -p "$root/packages" "$root/root/tree"
+cp "$packages"/*.deb "$root/packages/"
+cp -r examples/host "$root/root/"
+cp tests/grids/nlgeo2018.gtx "$root/root/"
+
+# What runs programs, without a compiler in sight.
+in_root "apt-get update -qq && apt-get install -y -qq --no-install-recommends /packages/liborvconfigure0_*.deb /packages/orvcfg_*.deb"
+in_root "orvcfg demo && ! command -v g++"
+grep -q 'Geoid usable    yes' "$log"
+
+# What a developer adds. All headers in one source shows one that lacks something it needs.
+in_root "apt-get install -y -qq --no-install-recommends /packages/liborvconfigure-dev_*.deb g++ cmake make pkg-config"
+in_root "cd /usr/include/orvconfigure && find . -name '*.h' | sed 's/.*/#include \"&\"/' >/root/all.cpp &&
+    g++ -std=c++20 -fsyntax-only -Wall -Werror -I. /root/all.cpp"
+in_root "cmake -S host -B host/build && cmake --build host/build"
+in_root "g++ host/host.cpp \$(pkg-config --cflags --libs orvconfigure) -o host/by-pkg-config"
+in_root "orvcfg init site && orvcfg --system site/system geoid add nlgeo2018.gtx &&
+    orvcfg --system site/system project create Harbour --title 'Harbour basin' --group Netherlands \
+        --coord-system 'RD New - NAP 2018' --geoid GeoidModelRDNAP2018 --geoid-file nlgeo2018.gtx"
+for host in build/host by-pkg-config; do
+    in_root "host/$host site/system Harbour | tee said && grep -q 'separation: 42.1' said"
+done
+
+in_root "apt-get purge -y -qq orvcfg liborvconfigure-dev liborvconfigure0"
+in_root "! find /usr -path '*orv*' -not -path '*/perl*' | grep -i orv"
+headers=$(grep -c . "$root/root/all.cpp")
+sizes=$(du -ck "$packages"/*.deb | tail -n 1 | cut -f 1)
+echo "package: $(ls "$packages"/*.deb | wc -l) packages of $sizes kB in a minbase root: demonstration, $headers headers, example by CMake and by pkg-config, $(($(date +%s) - started)) s in all"
