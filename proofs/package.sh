@@ -1,5 +1,6 @@
 # The packages in a bare Debian 12 (debootstrap, minbase): installed by apt with what they depend on, the demonstration
-# run, every header read by a compiler, and examples/host built out of tree by CMake and by pkg-config. Needs root.
+# run, manual pages and completion tried, every header read by a compiler, and examples/host built out of tree by CMake
+# and by pkg-config. Needs root.
 set -euo pipefail
 . cmake/build.sh
 . proofs/bare.bash
@@ -20,6 +21,10 @@ cp tests/grids/nlgeo2018.gtx "$root/root/"
 in_root "apt-get update -qq && apt-get install -y -qq --no-install-recommends /packages/liborvconfigure0_*.deb /packages/orvcfg_*.deb"
 in_root "orvcfg demo && ! command -v g++"
 grep -q 'Geoid usable    yes' "$log"
+in_root "apt-get install -y -qq --no-install-recommends man-db bash-completion"
+in_root "man orvcfg-geoid-eval | grep -q 'Height separations' && man orvcfg >/dev/null"
+in_root "set +u; source /usr/share/bash-completion/bash_completion; _completion_loader orvcfg || true; complete -p orvcfg &&
+    COMP_WORDS=(orvcfg geoid ev); COMP_CWORD=2; _orvcfg; [ \"\${COMPREPLY[*]}\" = eval ]"
 
 # What a developer adds. All headers in one source shows one that lacks something it needs.
 in_root "apt-get install -y -qq --no-install-recommends /packages/liborvconfigure-dev_*.deb g++ cmake make pkg-config"
@@ -38,4 +43,4 @@ in_root "apt-get purge -y -qq orvcfg liborvconfigure-dev liborvconfigure0"
 in_root "! find /usr -path '*orv*' -not -path '*/perl*' | grep -i orv"
 headers=$(grep -c . "$root/root/all.cpp")
 sizes=$(du -ck "$packages"/*.deb | tail -n 1 | cut -f 1)
-echo "package: $(ls "$packages"/*.deb | wc -l) packages of $sizes kB in a minbase root: demonstration, $headers headers, example by CMake and by pkg-config, $(($(date +%s) - started)) s in all"
+echo "package: $(ls "$packages"/*.deb | wc -l) packages of $sizes kB in a minbase root: demonstration, manual pages, completion, $headers headers, example by CMake and by pkg-config, $(($(date +%s) - started)) s in all"

@@ -118,6 +118,8 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddVessel(app, session);
     AddShape(app, session);
     AddDemo(app, session);
+    AddCompletion(app, session);
+    AddMan(app, session);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& asked) {  // help or version
