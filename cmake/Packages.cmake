@@ -43,4 +43,11 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 orv_package(tools orvcfg "looks after installations and projects of a hydrographic survey suite"
   "The command line host: settings, paths, files, geoid grids, reduced heights,\nmessages, old files and users; with manual pages and shell completion."
   DEPENDS "${library_package} (= ${version})" NATIVE)
+if(ORV_PYTHON_MODULE)
+  orv_package(python python3-orvconfigure "configuration library of a hydrographic survey suite: module for Python"
+    "Configuration files, folders of projects, heights on NumPy arrays, tides, sound\nvelocity profiles and names of logs for scripts."
+    DEPENDS "${library_package} (= ${version}), python3 (>= ${ORV_PYTHON_VERSION}), python3 (<< ${ORV_PYTHON_NEXT}), python3-numpy"
+    NATIVE)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+endif()
 include(CPack)

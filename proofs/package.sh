@@ -1,6 +1,6 @@
 # The packages in a bare Debian 12 (debootstrap, minbase): installed by apt with what they depend on, the demonstration
-# run, manual pages and completion tried, every header read by a compiler, and examples/host built out of tree by CMake
-# and by pkg-config. Needs root.
+# run, manual pages and completion tried, every header read by a compiler, examples/host built out of tree by CMake and
+# by pkg-config, and the Python example run. Needs root.
 set -euo pipefail
 . cmake/build.sh
 . proofs/bare.bash
@@ -39,8 +39,13 @@ for host in build/host by-pkg-config; do
     in_root "host/$host site/system Harbour | tee said && grep -q 'separation: 42.1' said"
 done
 
-in_root "apt-get purge -y -qq orvcfg liborvconfigure-dev liborvconfigure0"
+# The same height from Python.
+in_root "apt-get install -y -qq --no-install-recommends /packages/python3-orvconfigure_*.deb"
+cp examples/python/survey_day.py "$root/root/"
+in_root "python3 survey_day.py site/system Harbour | tee said && grep -q 'is run line L001' said && grep -q '7.955 m' said"
+
+in_root "apt-get purge -y -qq python3-orvconfigure orvcfg liborvconfigure-dev liborvconfigure0"
 in_root "! find /usr -path '*orv*' -not -path '*/perl*' | grep -i orv"
 headers=$(grep -c . "$root/root/all.cpp")
 sizes=$(du -ck "$packages"/*.deb | tail -n 1 | cut -f 1)
-echo "package: $(ls "$packages"/*.deb | wc -l) packages of $sizes kB in a minbase root: demonstration, manual pages, completion, $headers headers, example by CMake and by pkg-config, $(($(date +%s) - started)) s in all"
+echo "package: $(ls "$packages"/*.deb | wc -l) packages of $sizes kB in a minbase root: demonstration, manual pages, completion, $headers headers, example by CMake and by pkg-config, Python, $(($(date +%s) - started)) s in all"
