@@ -1,6 +1,6 @@
 # The packages in a bare Debian 12 (debootstrap, minbase): installed by apt with what they depend on, the demonstration
-# run, manual pages and completion tried, every header read by a compiler, examples/host built out of tree by CMake and
-# by pkg-config, and the Python example run. Needs root.
+# run, manual pages and completion tried, every header read by a compiler, the examples built out of tree by CMake and
+# one by pkg-config, and the Python example run. Needs root.
 set -euo pipefail
 . cmake/build.sh
 . proofs/bare.bash
@@ -14,7 +14,7 @@ cpack --config build/release/CPackConfig.cmake -B "$packages" >build/cpack.log 2
 make_bare_root package
 mkdir -p "$root/packages" "$root/root/tree"
 cp "$packages"/*.deb "$root/packages/"
-cp -r examples/host "$root/root/"
+cp -r examples "$root/root/"
 cp tests/grids/nlgeo2018.gtx "$root/root/"
 
 # What runs programs, without a compiler in sight.
@@ -30,8 +30,9 @@ in_root "set +u; source /usr/share/bash-completion/bash_completion; _completion_
 in_root "apt-get install -y -qq --no-install-recommends /packages/liborvconfigure-dev_*.deb g++ cmake make pkg-config"
 in_root "cd /usr/include/orvconfigure && find . -name '*.h' | sed 's/.*/#include \"&\"/' >/root/all.cpp &&
     g++ -std=c++20 -fsyntax-only -Wall -Werror -I. /root/all.cpp"
-in_root "cmake -S host -B host/build && cmake --build host/build"
-in_root "g++ host/host.cpp \$(pkg-config --cflags --libs orvconfigure) -o host/by-pkg-config"
+in_root "cmake -S examples/host -B host/build && cmake --build host/build &&
+    cmake -S examples -B examples/build && cmake --build examples/build"
+in_root "g++ examples/host/host.cpp \$(pkg-config --cflags --libs orvconfigure) -o host/by-pkg-config"
 in_root "orvcfg init site && orvcfg --system site/system geoid add nlgeo2018.gtx &&
     orvcfg --system site/system project create Harbour --title 'Harbour basin' --group Netherlands \
         --coord-system 'RD New - NAP 2018' --geoid GeoidModelRDNAP2018 --geoid-file nlgeo2018.gtx"
@@ -41,11 +42,10 @@ done
 
 # The same height from Python.
 in_root "apt-get install -y -qq --no-install-recommends /packages/python3-orvconfigure_*.deb"
-cp examples/python/survey_day.py "$root/root/"
-in_root "python3 survey_day.py site/system Harbour | tee said && grep -q 'is run line L001' said && grep -q '7.955 m' said"
+in_root "python3 examples/python/survey_day.py site/system Harbour | tee said && grep -q 'is run line L001' said && grep -q '7.955 m' said"
 
 in_root "apt-get purge -y -qq python3-orvconfigure orvcfg liborvconfigure-dev liborvconfigure0"
 in_root "! find /usr -path '*orv*' -not -path '*/perl*' | grep -i orv"
 headers=$(grep -c . "$root/root/all.cpp")
 sizes=$(du -ck "$packages"/*.deb | tail -n 1 | cut -f 1)
-echo "package: $(ls "$packages"/*.deb | wc -l) packages of $sizes kB in a minbase root: demonstration, manual pages, completion, $headers headers, example by CMake and by pkg-config, Python, $(($(date +%s) - started)) s in all"
+echo "package: $(ls "$packages"/*.deb | wc -l) packages of $sizes kB in a minbase root: demonstration, manual pages, completion, $headers headers, examples by CMake, by pkg-config and in Python, $(($(date +%s) - started)) s in all"
