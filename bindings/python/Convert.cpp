@@ -13,7 +13,10 @@ void Fail(std::wstring_view where, std::wstring_view what) {
 
 std::wstring PathIn(const py::object& path) {
     const py::bytes name = py::module_::import("os").attr("fsencode")(path);
-    return ToNativePath(PathFromBytes(static_cast<std::string>(name)));
+    const std::string bytes = name;
+    // The system would take what stands in front of it for the whole path.
+    if (bytes.find('\0') != bytes.npos) throw py::value_error("a path holds a null character");
+    return ToNativePath(PathFromBytes(bytes));
 }
 
 py::object PathOut(const std::wstring& path) {

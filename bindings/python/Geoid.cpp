@@ -10,9 +10,13 @@ namespace orv::python {
 
 namespace {
 
+/// -1 for what is no model's.
 int TypeIn(const py::object& model) {
-    if (py::isinstance<py::int_>(model)) return py::cast<int>(model);
-    return GeoidTypeForKey(py::cast<std::wstring>(model));
+    if (py::isinstance<py::str>(model)) return GeoidTypeForKey(py::cast<std::wstring>(model));
+    if (!py::isinstance<py::int_>(model)) throw py::type_error("a model is a type id or a key");
+    int tooLarge = 0;
+    const long id = PyLong_AsLongAndOverflow(model.ptr(), &tooLarge);
+    return id < 0 || id >= static_cast<long>(GeoidmodelTypeKeys.size()) ? -1 : static_cast<int>(id);
 }
 
 /// A model with its grid, which never changes: any number of threads may ask it.
@@ -20,9 +24,7 @@ class Geoid {
 public:
     Geoid(const py::object& model, const py::object& file, const std::wstring& chartDatum) {
         const int type = TypeIn(model);
-        if (type >= 0 && type < static_cast<int>(GeoidmodelTypeKeys.size())) {
-            geoid = GeoidModelList::GetGeoidModelList().Create(static_cast<unsigned short>(type));
-        }
+        if (type >= 0) geoid = GeoidModelList::GetGeoidModelList().Create(static_cast<unsigned short>(type));
         if (!geoid) throw py::key_error(py::cast<std::string>(py::str(model)));
         key = GeoidmodelTypeKeys[static_cast<std::size_t>(type)];
         const std::wstring name = PathIn(file);

@@ -9,8 +9,12 @@ namespace {
 
 /// Seconds since 1970 UTC, from a number or a datetime.
 std::int64_t Seconds(const py::object& time) {
-    return py::cast<std::int64_t>(
-        py::module_::import("math").attr("floor")(py::hasattr(time, "timestamp") ? time.attr("timestamp")() : time));
+    const py::object whole =
+        py::module_::import("math").attr("floor")(py::hasattr(time, "timestamp") ? time.attr("timestamp")() : time);
+    int tooLarge = 0;
+    const std::int64_t seconds = PyLong_AsLongLongAndOverflow(whole.ptr(), &tooLarge);
+    if (tooLarge != 0) throw py::value_error("a time beyond all calendars");
+    return seconds;
 }
 
 std::wstring Compose(const std::wstring& vessel, const std::wstring& surveyType, const std::wstring& runline,

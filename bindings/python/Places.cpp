@@ -36,7 +36,8 @@ void OpenInstallation(const py::object& system, const std::wstring& appDef, cons
         Fail(folder + std::wstring(ORV_DEF_FILENAME), FsResultText(FsResult::NotFound));
     }
     if (!search.Initialise(folder, true, appDef, false, FolderIn(projects), FolderIn(common))) {
-        Fail(folder, DataSearchStatusText(search.GetErrorStatus()));
+        const std::wstring_view why = DataSearchStatusText(search.GetErrorStatus());
+        Fail(folder, why.empty() ? L"this computer tells no folder for settings: name the system folder" : why);
     }
 }
 
@@ -100,12 +101,12 @@ std::vector<py::object> FileNames(const std::wstring& type) {
 py::object HeightSeparation(const py::object& latitudes, const py::object& longitudes, bool withReasons) {
     Opened();
     const Pair positions(latitudes, longitudes);
-    const Numbers values = LikeThat(positions.first);
+    Numbers values = LikeThat(positions.first);
     const auto count = static_cast<std::size_t>(values.size());
     Reasons reasons(withReasons ? count : 0);
     const double* const latitude = positions.first.data();
     const double* const longitude = positions.second.data();
-    double* const value = const_cast<Numbers&>(values).mutable_data();
+    double* const value = values.mutable_data();
     {
         const py::gil_scoped_release others;
         const std::shared_lock open(OpeningMutex());

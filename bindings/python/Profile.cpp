@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
 #include "Module.h"
 #include "core/ProtectedFileObject.h"
 #include "platform/text/Utf.h"
@@ -17,10 +21,18 @@ public:
     }
     Profile(const py::object& depths, const py::object& velocities, float offset) {
         file.FileObject::FileOpen(memfile(textencoding::utf8), L"");
-        const Pair samples(depths, velocities);
-        for (py::ssize_t i = 0; i < samples.first.size(); ++i) {
-            profile.InsertElement(SvpPoint(samples.first.data()[i], samples.second.data()[i], 0, 0));
+        const Pair given(depths, velocities);
+        std::vector<Point> samples;
+        for (py::ssize_t i = 0; i < given.first.size(); ++i) {
+            const double depth = given.first.data()[i], velocity = given.second.data()[i];
+            if (!std::isfinite(depth) || !std::isfinite(velocity)) {
+                throw py::value_error("a depth or a velocity is no number");
+            }
+            samples.push_back({velocity, depth, 0});
         }
+        // Sorted at once: inserting each in its place would take the square of the time for a dense cast.
+        std::stable_sort(samples.begin(), samples.end(), [](const Point& a, const Point& b) { return a.y > b.y; });
+        for (const Point& sample : samples) profile.AddElement(sample);
         profile.SetSVOffset(offset);
     }
 

@@ -9,6 +9,14 @@ namespace orv::python {
 
 namespace {
 
+/// One end of a stretch of time.
+double Moment(const py::object& when, double open) {
+    if (when.is_none()) return open;
+    const Numbers time = Milliseconds(when);
+    if (time.size() != 1 || std::isnan(*time.data())) throw py::value_error("an end of the time is no single time");
+    return *time.data();
+}
+
 class Station {
 public:
     Station(const py::object& path, bool create) {
@@ -40,8 +48,8 @@ public:
     }
 
     py::object Values(const py::object& from, const py::object& to) {
-        const double first = from.is_none() ? -std::numeric_limits<double>::infinity() : *Milliseconds(from).data();
-        const double last = to.is_none() ? std::numeric_limits<double>::infinity() : *Milliseconds(to).data();
+        const double first = Moment(from, -std::numeric_limits<double>::infinity());
+        const double last = Moment(to, std::numeric_limits<double>::infinity());
         std::vector<double> times, values;
         double time = first, value = 0;
         // By time and not by the cursor, which other threads move.
@@ -63,7 +71,7 @@ public:
                 throw py::value_error("a time or a height is no number");
             if (!station.AddTideValue(time, height - station.GetStationOffset())) {
                 throw py::value_error("there is a value at this time already, or its month can't be made: " +
-                                      std::to_string(static_cast<std::int64_t>(time)) + " ms");
+                                      std::to_string(time) + " ms");
             }
         }
     }

@@ -84,10 +84,16 @@ class Files(unittest.TestCase):
             (lambda: orv.folder("Logs"), KeyError, "Logs"),
             (lambda: orv.file_path("Tide", "x"), KeyError, "Tide"),
             (lambda: orv.Geoid("NoModel"), KeyError, "NoModel"),
+            (lambda: orv.Geoid(2**40), KeyError, ""),
+            (lambda: orv.Geoid(None), TypeError, "key"),
             (lambda: orv.Geoid(RD, "other.gtx"), orv.Error, "other.gtx: the model's file"),
             (lambda: orv.TideStation(root / "nosuch.ts"), orv.Error, "nosuch.ts: no such file"),
+            (lambda: orv.ConfigFile("new.ini\0"), ValueError, "null"),
+            (lambda: orv.TideStation(root / "G.ts", create=True).values([]), ValueError, "no single time"),
+            (lambda: orv.SoundVelocityProfile([1, math.nan], 1500), ValueError, "no number"),
             (lambda: orv.parse_log_name("Waverly"), ValueError, "Waverly"),
             (lambda: orv.compose_log_name("", "Sweep", "L1", 1), ValueError, "vessel"),
+            (lambda: orv.compose_log_name("W", "Sweep", "L1", 10**30), ValueError, "time"),
         ]
         for number, (call, kind, words) in enumerate(rows):
             with self.subTest(row=number), self.assertRaisesRegex(kind, words):
