@@ -53,7 +53,7 @@ void OpenProject(const std::wstring& name) {
     const std::unique_lock alone(OpeningMutex());
     const std::wstring wanted = name.empty() ? search.GetCurrentProjectName() : name;
     if (wanted.empty()) throw Error("the settings name no current project: name one");
-    // Opening a project that isn't there would begin a new one.
+    // The opening would close the present project before it fails.
     if (!FileExists(ProjectFile(wanted))) Fail(ProjectFile(wanted), L"no such project");
     if (search.InitProject(wanted, false)) return;
     const int status = search.GetErrorStatus();
