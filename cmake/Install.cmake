@@ -16,6 +16,13 @@ install(FILES ${PROJECT_BINARY_DIR}/OrvConfigureConfig.cmake ${PROJECT_BINARY_DI
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrvConfigure COMPONENT development)
 install(FILES ${PROJECT_BINARY_DIR}/orvconfigure.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
+# Beside the packages, where Debian's developers look for them.
+set(documents ${CMAKE_INSTALL_DATADIR}/doc)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${documents}/liborvconfigure-dev COMPONENT development
+  PATTERN python EXCLUDE)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/python/ DESTINATION ${documents}/python3-orvconfigure/examples
+  COMPONENT python)
+
 # An example outside the tree, built against the installed package: what another application's developer does first.
 if(NOT ORV_FUZZ)
   add_test(NAME install_example COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}

@@ -25,7 +25,7 @@ namespace orv::cfg {
 namespace {
 
 struct Arguments {
-    std::string grid;
+    std::string grid, folder;
     bool keep = false;
 };
 
@@ -45,10 +45,18 @@ constexpr Place kPlaces[] = {
     {"Platform F3, Dutch sector", 54.8539, 4.6961},    {"Aberdeen, harbour", 57.1430, -2.0710},
 };
 
-/// A folder of its own, gone with all in it unless it is kept.
+/// A folder of its own, gone with all in it unless it is kept, as one that the user names is.
 class SampleFolder {
 public:
-    explicit SampleFolder(bool keepIt) : keep(keepIt) {
+    SampleFolder(const std::string& named, bool keepIt) : keep(keepIt || !named.empty()) {
+        if (!named.empty()) {
+            const std::wstring folder = WithSeparator(AbsolutePath(PathArgument(named)));
+            std::vector<FolderEntry> entries;
+            const FsResult listed = Files().List(folder, entries);
+            const bool mayUse = listed == FsResult::NotFound || (listed == FsResult::Ok && entries.empty());
+            if (mayUse && MakeFolders(folder) == FsResult::Ok) path = folder;
+            return;
+        }
         std::error_code failed;
         std::string pattern = (std::filesystem::temp_directory_path(failed) / "orvcfg-demo-XXXXXX").string();
         if (mkdtemp(pattern.data())) path = WithSeparator(PathFromBytes(pattern));
@@ -59,6 +67,7 @@ public:
     SampleFolder(const SampleFolder&) = delete;
     SampleFolder& operator=(const SampleFolder&) = delete;
     const std::wstring& Path() const { return path; }
+    bool IsKept() const { return keep; }
 
 private:
     std::wstring path;
@@ -310,9 +319,12 @@ ExitCode Demo(Session& session, const Arguments& arguments) {
                         "Leave --system, --project, --projects-root and --common out.");
         return kCannotRun;
     }
-    const SampleFolder folder(arguments.keep);
+    const SampleFolder folder(arguments.folder, arguments.keep);
     if (folder.Path().empty()) {
-        session.Problem({}, "No temporary folder can be made", "Check the rights to it and the space on its disk.");
+        session.Problem(
+            arguments.folder,
+            arguments.folder.empty() ? "No temporary folder can be made" : "The folder isn't empty, or can't be made",
+            "Check the rights to it and the space on its disk.");
         return kCannotRun;
     }
     if (!MakeSample(session, folder.Path(), arguments.grid)) return kCannotRun;
@@ -323,7 +335,7 @@ ExitCode Demo(Session& session, const Arguments& arguments) {
     Document document;
     Facts& sample = document.AddFacts("Sample installation", "sample");
     sample.Add("Folder", "folder", Cell::Path(folder.Path()));
-    sample.Add("At the end", "kept", {arguments.keep ? "kept" : "removed", arguments.keep, {}});
+    sample.Add("At the end", "kept", {folder.IsKept() ? "kept" : "removed", folder.IsKept(), {}});
     sample.Add("Geoid grid", "grid",
                Cell::Of(arguments.grid.empty() ? "synthetic, not for navigation (--grid FILE takes a real one)"
                                                : arguments.grid));
@@ -338,7 +350,7 @@ ExitCode Demo(Session& session, const Arguments& arguments) {
     if (!OpenVessel(session, ToUtf8(kSampleVessel), vessel)) return kCannotRun;
     ReportVessel(session, document, vessel);
     document.Print(session);
-    if (arguments.keep) {
+    if (folder.IsKept()) {
         session.Note("kept; see for instance: orvcfg --system \"" + PathToBytes(SystemFolderOf(folder.Path())) +
                      "\" project show");
     }
@@ -355,6 +367,8 @@ void AddDemo(CLI::App& app, Session& session) {
     command->add_option("--grid", arguments->grid, "Grid of the Dutch quasi-geoid. Default: a made-up sample")
         ->type_name("FILE");
     command->add_flag("--keep", arguments->keep, "Leave the sample where it is");
+    command->add_option("--folder", arguments->folder, "New or empty folder to make the sample in, and to leave it in")
+        ->type_name("DIR");
     OnRun(command, session, arguments, Demo);
 }
 

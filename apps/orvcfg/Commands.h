@@ -54,6 +54,8 @@ void AddShape(CLI::App& app, Session& session);
 void AddDoctor(CLI::App& app, Session& session);
 void AddReport(CLI::App& app, Session& session);
 void AddDemo(CLI::App& app, Session& session);
+void AddCompletion(CLI::App& app, Session& session);
+void AddMan(CLI::App& app, Session& session);
 
 /// A subcommand whose global options may stand behind its own; `example` ends its help.
 CLI::App* AddCommand(CLI::App& parent, const std::string& name, const std::string& what, const std::string& example);

@@ -8,6 +8,7 @@
 #include "Session.h"
 #include "Suggest.h"
 #include "core/ConfigKeys.h"
+#include "core/DataSearchStatusText.h"
 #include "core/OrvConfigureInitializer.h"
 #include "platform/os/FileTools.h"
 #include "platform/os/ProgramPath.h"
@@ -21,28 +22,21 @@ namespace {
 
 constexpr std::wstring_view kEncryptedSection = L"Encrypted";
 
-/// What a start-up status means to whoever sits at the keyboard.
-struct StatusSentence {
+/// What to do about a start-up status.
+struct StatusRemedy {
     int status;
-    std::string_view what, remedy;
+    std::string_view remedy;
 };
-constexpr StatusSentence kStatusSentences[] = {
-    {kSearchNoAppDefName, "No application definition is named", "Name one with --app-def."},
-    {kSearchNoSettings, "The settings in ORV.ini can't be read", "See \"orvcfg config check\" of that file."},
-    {kSearchAppDefChecksum, "The application definition has been changed outside the suite",
-     "Put the supplier's file back, or sign it with \"orvcfg config sign\"."},
-    {kSearchNoUserDef, "The user definition that the settings name can't be opened",
-     "Correct [UserProfile] in ORV.ini, or leave --user-def out."},
-    {kSearchNoAppDefLocation, "The folder of the application definitions can't be worked out",
-     "Set General in [DataPath] of ORV.ini."},
-    {kSearchNoUserProfile, "The settings name no user definition",
-     "Set [UserProfile] in ORV.ini, or leave --user-def out."},
-    {kSearchAppDefFailed, "The application definition holds an item that can't be read",
-     "Check it with \"orvcfg config check\"."},
-    {kSearchUserDefFailed, "The user definition holds an item that can't be read",
-     "Check it with \"orvcfg config check\"."},
-    {kSearchNoProgramPath, "The system doesn't tell where this program lies, or its path is too long",
-     "Install it under a path of at most 260 characters."},
+constexpr StatusRemedy kStatusRemedies[] = {
+    {kSearchNoAppDefName, "Name one with --app-def."},
+    {kSearchNoSettings, "See \"orvcfg config check\" of that file."},
+    {kSearchAppDefChecksum, "Put the supplier's file back, or sign it with \"orvcfg config sign\"."},
+    {kSearchNoUserDef, "Correct [UserProfile] in ORV.ini, or leave --user-def out."},
+    {kSearchNoAppDefLocation, "Set General in [DataPath] of ORV.ini."},
+    {kSearchNoUserProfile, "Set [UserProfile] in ORV.ini, or leave --user-def out."},
+    {kSearchAppDefFailed, "Check it with \"orvcfg config check\"."},
+    {kSearchUserDefFailed, "Check it with \"orvcfg config check\"."},
+    {kSearchNoProgramPath, "Install it under a path of at most 260 characters."},
 };
 
 /// Opening a file without strict verification signs it again silently: what a host does. Whoever looks at the result
@@ -63,12 +57,12 @@ Trouble StatusTrouble(Session& session, const std::wstring& folder) {
         return {PathToBytes(DataRoot(session) + std::wstring(FILETYPES_DEF_FILENAME)),
                 "The table of file types can't be read", "It comes with the program: install it again."};
     }
-    const auto row = std::find_if(std::begin(kStatusSentences), std::end(kStatusSentences),
-                                  [&](const StatusSentence& entry) { return entry.status == search.GetErrorStatus(); });
-    if (row == std::end(kStatusSentences)) {
+    const auto row = std::find_if(std::begin(kStatusRemedies), std::end(kStatusRemedies),
+                                  [&](const StatusRemedy& entry) { return entry.status == search.GetErrorStatus(); });
+    if (row == std::end(kStatusRemedies)) {
         return {PathToBytes(folder), "The installation can't be opened", "Check the settings in ORV.ini."};
     }
-    return {PathToBytes(folder), std::string(row->what), std::string(row->remedy)};
+    return {PathToBytes(folder), ToUtf8(DataSearchStatusText(row->status)), std::string(row->remedy)};
 }
 
 }  // namespace

@@ -120,6 +120,8 @@ ExitCode Run(int argc, char** argv, Session& session) {
     AddDoctor(app, session);
     AddReport(app, session);
     AddDemo(app, session);
+    AddCompletion(app, session);
+    AddMan(app, session);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& asked) {  // help or version

@@ -84,6 +84,7 @@ TEST_F(OrvcfgTest, ExitCodesAndWhatToDo) {
         {{"config", "check", "plain.ini", "--strict"}, 1, "no signature"},
         {{"demo", "--project", "Harbour"}, 2, "of its own"},
         {{"demo", "--grid", "plain.ini"}, 2, "No grid that the model can read"},
+        {{"demo", "--folder", "i"}, 2, "i: The folder isn't empty"},
     };
     for (const auto& [arguments, code, words] : rows) {
         const RunResult result = Run(arguments);

@@ -22,7 +22,7 @@ ORV_EXPORT std::wstring GetAppPath();
 
 /// Replaces the folder of the running program by the data root that belongs to it: from a build tree the source tree's
 /// data/ (the build writes a file "orv-data-root" beside its programs that holds that path), from an installed
-/// <prefix>/bin/ the folder <prefix>/share/orv/; from anywhere else, unless *.ini files lie there, the share/orv/ of
+/// `PREFIX/bin/` the folder `PREFIX/share/orv/`; from anywhere else, unless *.ini files lie there, the share/orv/ of
 /// the prefix that this library is installed in. True if it changed `folder`; it ends in a separator then.
 ORV_EXPORT bool CheckAppPathForDevelopEnvironment(std::wstring& folder);
 

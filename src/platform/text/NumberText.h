@@ -33,7 +33,7 @@ ORV_EXPORT int ParseLeadingInt(std::wstring_view text);
 
 /// Shortest text that reads back as the same double; fixed notation from 1e-5 to 1e17, else with an exponent.
 ORV_EXPORT std::wstring ShortestText(double value);
-/// As C's %.<decimals>f; `decimals` is clipped to 0..40. "nan", "inf", "-inf" where it isn't finite.
+/// As C's `%.*f`; `decimals` is clipped to 0..40. "nan", "inf", "-inf" where it isn't finite.
 ORV_EXPORT std::wstring FixedText(double value, int decimals);
 ORV_EXPORT void AppendFixed(std::wstring& text, double value, int decimals);  ///< the same behind a text
 ORV_EXPORT std::wstring IntText(std::int64_t value);
