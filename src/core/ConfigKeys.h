@@ -6,9 +6,9 @@
 
 #include "platform/Export.h"
 
-/// The texts that name something in the suite's configuration files: sections, keys, file names; all tables, and what more
-/// than one class or a host uses. What only one class knows may stand with it. Files in the field hold them, so none may
-/// change; a new row goes to the end of its table.
+/// The texts that name something in the suite's configuration files: sections, keys, file names; all tables, and what
+/// more than one class or a host uses. What only one class knows may stand with it. Files in the field hold them, so
+/// none may change; a new row goes to the end of its table.
 namespace orv {
 
 // Sections of more than one kind of file, or of files that other programs read.
