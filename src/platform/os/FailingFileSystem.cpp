@@ -50,6 +50,12 @@ public:
     FsResult Truncate(std::uint64_t length) override {
         return counter->Forward([&] { return base->Truncate(length); });
     }
+    FsResult Status(FileStatus& status) override {
+        return counter->Forward([&] { return base->Status(status); });
+    }
+    FsResult TakeStatus(const FileStatus& status) override {
+        return counter->Forward([&] { return base->TakeStatus(status); });
+    }
     FsResult Sync() override {
         return counter->Forward([&] { return base->Sync(); });
     }

@@ -53,8 +53,9 @@ struct FileStatus {
     std::uint64_t size = 0;     ///< bytes
     std::int64_t modified = 0;  ///< seconds since 1970 UTC
     std::int64_t modifiedNanoseconds = 0;
-    std::int64_t created = 0;             ///< seconds since 1970 UTC: the earlier of birth and modification
-    std::uint64_t device = 0, inode = 0;  ///< together the identity of the file
+    std::int64_t created = 0;                 ///< seconds since 1970 UTC: the earlier of birth and modification
+    std::uint64_t device = 0, inode = 0;      ///< together the identity of the file
+    unsigned mode = 0, owner = 0, group = 0;  ///< as the system has them, for copies
 };
 
 struct FolderEntry {
@@ -74,6 +75,9 @@ public:
     [[nodiscard]] virtual FsResult Seek(std::uint64_t position) = 0;
     [[nodiscard]] virtual FsResult Length(std::uint64_t& length) = 0;
     [[nodiscard]] virtual FsResult Truncate(std::uint64_t length) = 0;
+    [[nodiscard]] virtual FsResult Status(FileStatus& status) = 0;
+    /// Takes over mode, owner and modification time, as a copy does; of the owner what the system allows.
+    [[nodiscard]] virtual FsResult TakeStatus(const FileStatus& status) = 0;
     /// To the disk, not only to the system's buffers.
     [[nodiscard]] virtual FsResult Sync() = 0;
     /// Reports what a delayed write came to. The destructor closes too, silently.

@@ -3,8 +3,11 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <thread>
 
@@ -40,6 +43,26 @@ FsResult FromErrno(int error) {
         default:
             return FsResult::Failed;
     }
+}
+
+int ReadStatus(int descriptor, const char* name, FileStatus& status) {
+    constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME;
+    struct statx found;
+    if (statx(descriptor, name, *name ? 0 : AT_EMPTY_PATH, wanted, &found) != 0) return errno;
+    status.exists = true;
+    status.isFolder = S_ISDIR(found.stx_mode);
+    status.readOnly = (found.stx_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+    status.size = found.stx_size;
+    status.modified = found.stx_mtime.tv_sec;
+    status.modifiedNanoseconds = found.stx_mtime.tv_nsec;
+    const bool hasBirth = (found.stx_mask & STATX_BTIME) != 0;
+    status.created = hasBirth ? std::min<std::int64_t>(found.stx_btime.tv_sec, status.modified) : status.modified;
+    status.device = makedev(found.stx_dev_major, found.stx_dev_minor);
+    status.inode = found.stx_ino;
+    status.mode = found.stx_mode;
+    status.owner = found.stx_uid;
+    status.group = found.stx_gid;
+    return 0;
 }
 
 void PauseForHolder() {
@@ -102,6 +125,27 @@ FsResult PosixFile::Truncate(std::uint64_t length) {
     if (!FitsOffset(length)) return FsResult::Failed;
     const int result = Retry([&] { return ftruncate(descriptor, static_cast<off_t>(length)); });
     return result != 0 ? FromErrno(errno) : FsResult::Ok;
+}
+
+FsResult PosixFile::Status(FileStatus& status) {
+    return FromErrno(ReadStatus(descriptor, "", status));
+}
+
+FsResult PosixFile::TakeStatus(const FileStatus& status) {
+    struct stat now;
+    if (fstat(descriptor, &now) != 0) return FromErrno(errno);
+    mode_t mode = status.mode & 07777;
+    const bool isForeign = now.st_uid != status.owner || now.st_gid != status.group;
+    constexpr auto keep = static_cast<uid_t>(-1);
+    if (isForeign && fchown(descriptor, status.owner, status.group) != 0 &&
+        fchown(descriptor, keep, status.group) != 0) {
+        mode = ModeForOtherGroup(mode);
+    }
+    // A new owner takes some bits of the mode with him.
+    if ((isForeign || (now.st_mode & 07777) != mode) && fchmod(descriptor, mode) != 0) return FromErrno(errno);
+    const std::array<timespec, 2> times = {timespec{0, UTIME_OMIT},
+                                           timespec{status.modified, status.modifiedNanoseconds}};
+    return futimens(descriptor, times.data()) == 0 ? FsResult::Ok : FromErrno(errno);
 }
 
 FsResult PosixFile::Sync() {

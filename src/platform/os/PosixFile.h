@@ -19,6 +19,14 @@ auto Retry(Call call) {
     return result;
 }
 
+/// The status of `name`, or of `descriptor` itself where that is empty; an errno, or 0.
+int ReadStatus(int descriptor, const char* name, FileStatus& status);
+
+/// The mode of a copy whose group can't be that of the original: another group must not get the rights of that one.
+inline unsigned ModeForOtherGroup(unsigned mode) {
+    return (mode & ~070u) | ((mode & 07u) << 3);
+}
+
 /// An open descriptor.
 class PosixFile : public File {
 public:
@@ -40,6 +48,8 @@ public:
     FsResult Seek(std::uint64_t position) override;
     FsResult Length(std::uint64_t& length) override;
     FsResult Truncate(std::uint64_t length) override;
+    FsResult Status(FileStatus& status) override;
+    FsResult TakeStatus(const FileStatus& status) override;
     FsResult Sync() override;
     FsResult Close() override;
 

@@ -96,6 +96,11 @@ FsResult RenameToFree(const std::string& from, const std::string& to) {
     return FromErrno(error);
 }
 
+/// The path as it is written; empty for one that no file can have.
+std::string PlainName(std::wstring_view path) {
+    return path.find(L'\0') == std::wstring_view::npos ? PathToBytes(path) : std::string();
+}
+
 std::string ReadLink(const std::string& name) {
     std::array<char, 4096> target;
     const ssize_t size = readlink(name.c_str(), target.data(), target.size());
@@ -140,27 +145,16 @@ public:
     }
 
     FsResult Status(std::wstring_view path, FileStatus& status) override {
-        constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME;
-        struct statx found;
-        const bool plain = path.find(L'\0') == std::wstring_view::npos;
         // Most names are as they are written: they need no second look.
-        if ((!plain || statx(AT_FDCWD, PathToBytes(path).c_str(), 0, wanted, &found) != 0) &&
-            statx(AT_FDCWD, NameOnDisk(path).c_str(), 0, wanted, &found) != 0) {
-            const FsResult result = FromErrno(errno);
-            if (result != FsResult::NotFound && errno != ENAMETOOLONG) return result;
-            status = {};
+        if (const std::string plain = PlainName(path);
+            !plain.empty() && ReadStatus(AT_FDCWD, plain.c_str(), status) == 0) {
             return FsResult::Ok;
         }
-        status.exists = true;
-        status.isFolder = S_ISDIR(found.stx_mode);
-        status.readOnly = (found.stx_mode & kWriteBits) == 0;
-        status.size = found.stx_size;
-        status.modified = found.stx_mtime.tv_sec;
-        status.modifiedNanoseconds = found.stx_mtime.tv_nsec;
-        const bool hasBirth = (found.stx_mask & STATX_BTIME) != 0;
-        status.created = hasBirth ? std::min<std::int64_t>(found.stx_btime.tv_sec, status.modified) : status.modified;
-        status.device = makedev(found.stx_dev_major, found.stx_dev_minor);
-        status.inode = found.stx_ino;
+        const std::string name = NameOnDisk(path);
+        const int error = name.empty() ? ENOENT : ReadStatus(AT_FDCWD, name.c_str(), status);
+        const FsResult result = FromErrno(error);
+        if (result != FsResult::NotFound && error != ENAMETOOLONG) return result;
+        status = {};
         return FsResult::Ok;
     }
 
@@ -222,8 +216,9 @@ public:
     }
 
     FsResult RenameAsWritten(std::wstring_view from, std::wstring_view to) override {
-        if (from.find(L'\0') == std::wstring_view::npos && to.find(L'\0') == std::wstring_view::npos) {
-            const FsResult result = RenameToFree(PathToBytes(from), PathToBytes(to));
+        const std::string source = PlainName(from), target = PlainName(to);
+        if (!source.empty() && !target.empty()) {
+            const FsResult result = RenameToFree(source, target);
             if (result != FsResult::NotFound) return result;  // else a folder is written in another case
         }
         return RenameToFree(NameOnDisk(from), NameOnDisk(to, LastName::AsWritten));
@@ -250,8 +245,7 @@ public:
             constexpr auto keep = static_cast<uid_t>(-1);
             if (chown(target.c_str(), wanted.st_uid, wanted.st_gid) != 0 &&
                 chown(target.c_str(), keep, wanted.st_gid) != 0) {
-                // Another group than before must not get the rights of that one.
-                mode = (mode & ~static_cast<mode_t>(S_IRWXG)) | ((mode & S_IRWXO) << 3);
+                mode = ModeForOtherGroup(mode);
             }
         }
         return ResultOf(chmod(target.c_str(), mode));
@@ -332,9 +326,19 @@ private:
         const int access = mode.write ? (mode.read ? O_RDWR : O_WRONLY) : O_RDONLY;
         // Without O_NONBLOCK a named pipe would keep us until somebody opens its other end.
         const int flags = access | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-        name = NameOnDisk(path, mode.createNew ? LastName::AsWritten : LastName::Find);
+        const int create = O_CREAT | (mode.createNew ? O_EXCL : 0);
+        const mode_t rights = mode.ownerOnly ? 0600 : 0666;
+        // Most names are as they are written: only one that isn't there is looked for in another case.
+        name = PlainName(path);
+        if (!name.empty()) {
+            const int first = mode.createNew ? flags | create : flags;
+            descriptor = Retry([&] { return open(name.c_str(), first, rights); });
+        }
+        if (descriptor < 0 && (name.empty() || errno == ENOENT || errno == ENOTDIR)) {
+            name = NameOnDisk(path, mode.createNew ? LastName::AsWritten : LastName::Find);
+        }
         if (!mode.createNew) {
-            descriptor = Retry([&] { return open(name.c_str(), flags); });
+            if (descriptor < 0) descriptor = Retry([&] { return open(name.c_str(), flags); });
             if (descriptor >= 0) {
                 const FsResult result = CheckKind(descriptor, mode.write);
                 if (result != FsResult::Ok) ::close(descriptor);
@@ -344,8 +348,7 @@ private:
             if (error == EACCES && mode.write && IsReadOnlyFile(name)) return FsResult::ReadOnly;
             if (error != ENOENT || !mode.create) return FromErrno(error);
         }
-        const int create = O_CREAT | (mode.createNew ? O_EXCL : 0);
-        descriptor = Retry([&] { return open(name.c_str(), flags | create, mode.ownerOnly ? 0600 : 0666); });
+        if (descriptor < 0) descriptor = Retry([&] { return open(name.c_str(), flags | create, rights); });
         return descriptor >= 0 ? FsResult::Ok : FromErrno(errno);
     }
 };

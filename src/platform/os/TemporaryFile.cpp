@@ -59,12 +59,11 @@ FsResult TemporaryFile::CopyFrom(std::wstring_view source, const std::atomic<boo
     std::unique_ptr<File> from;
     FileStatus status;
     FsResult result = files.Open(source, {}, from);
-    if (result == FsResult::Ok) result = files.Status(source, status);
+    if (result == FsResult::Ok) result = from->Status(status);
     if (result == FsResult::Ok) result = Create();
     if (result == FsResult::Ok) result = CopyBlocks(*from, status.size, cancel);
+    if (result == FsResult::Ok) result = file->TakeStatus(status);
     if (result == FsResult::Ok) result = flush == Flush::Now ? Finish() : file->Close();
-    if (result == FsResult::Ok) result = files.SetModified(path, status.modified, status.modifiedNanoseconds);
-    if (result == FsResult::Ok) result = TakeAttributes(source);
     return result;
 }
 
