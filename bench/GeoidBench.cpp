@@ -157,6 +157,9 @@ struct Fixture {
         orv::test::WriteBytes(dutch + L"bench.gsb", Shifts());
         orv::test::WriteBytes(models + L"netherlands/nlgeo04.grd", Dsbb());
         orv::test::WriteBytes(dutch + L"nlgeo04.grd", Dsbb());
+        for (const wchar_t* shift : {L"netherlands/x2c.grd", L"netherlands/y2c.grd"}) {
+            orv::test::WriteBytes(models + shift, Dsbb().substr(0, 72));  // there, so that nothing is searched for
+        }
         orv::test::WriteBytes(common + L"bench.ggf", Ggf());
         orv::test::WriteBytes(common + L"vdatum/core/bench.inf",
                               "a.source=bench.gtx\na.minlat=50\na.maxlat=57\na.minlon=3\na.maxlon=10\n");

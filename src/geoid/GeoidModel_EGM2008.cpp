@@ -160,8 +160,9 @@ int GeoidModel_EGM2008::ReadFile(FileInfo& tile) const {
         if (!ReadFloats(*file, first, std::min(endColumn, kFileColumns) - startColumn, tile.values)) break;
         if (!ReadFloats(*file, start, endColumn - kFileColumns, tile.values)) break;  // across Greenwich
     }
-    tile.complete = std::all_of(tile.values.begin(), tile.values.end(),
-                                [](float node) { return IsNumber(node) && TestNode(node) == kGeoidOk; });
+    bool fine = true;
+    for (const float node : tile.values) fine &= (node >= -kMostWhole) & (node < 9999.0f);  // all real heights are
+    tile.complete = fine;
     return tile.values.empty() ? kGeoidNoData : kGeoidOk;
 }
 
