@@ -40,7 +40,10 @@ struct BoundedGrid {
     void Examine() {
         const double most = zhi + 0.0001, least = zlo - 0.0001;
         bool fine = true;  // without a branch, so that a node takes a fraction of what reading it does
-        for (const float node : values) fine &= (node <= most) & (node >= least);
+        for (const float node : values) {
+            fine &= node <= most;
+            fine &= node >= least;
+        }
         complete = fine;
     }
     /// To be called once counts and bounds are known.

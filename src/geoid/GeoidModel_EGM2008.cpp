@@ -161,7 +161,7 @@ int GeoidModel_EGM2008::ReadFile(FileInfo& tile) const {
         if (!ReadFloats(*file, start, endColumn - kFileColumns, tile.values)) break;  // across Greenwich
     }
     bool fine = true;
-    for (const float node : tile.values) fine &= (node >= -kMostWhole) & (node < 9999.0f);  // all real heights are
+    for (const float node : tile.values) fine &= std::fabs(node) < 9999.0f;  // as all real heights are
     tile.complete = fine;
     return tile.values.empty() ? kGeoidNoData : kGeoidOk;
 }

@@ -74,7 +74,7 @@ int NtvTwoSubgrid::Interpolate(double p, double q, double& latitudeShift, double
     }
     const std::int64_t k = std::int64_t{j} * columns + i;
     std::array<Record, 4> q4{};
-    const auto test = [](const Record& r) { return std::isnan(r[0]) | std::isnan(r[1]) ? kGeoidNoData : kGeoidOk; };
+    const auto test = [](const Record& r) { return std::isnan(r[0]) || std::isnan(r[1]) ? kGeoidNoData : kGeoidOk; };
     const int code = TakeNodes(records, 1, NodeBlock<2>{k, columns}, test, q4);
     if (code != kGeoidOk) return code;
     const auto f = static_cast<float>((p - S_LAT - j * LAT_INC) / LAT_INC);

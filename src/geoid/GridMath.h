@@ -47,8 +47,9 @@ bool IsNumber(const Node& node) {
     return true;
 }
 
-/// How models read nodes, but for those of a GTX and of a kilometre grid, whose edges are their own: those `at` the given indices, in that order. An index below `lowest` or past
-/// the end is kGeoidOutside; a node that isn't a number is kGeoidNoData; else `test(node)` tells the code.
+/// How models read nodes, but for those of a GTX and of a kilometre grid, whose edges are their own: those `at` the
+/// given indices, in that order. An index below `lowest` or past the end is kGeoidOutside; a node that isn't a number
+/// is kGeoidNoData; else `test(node)` tells the code.
 template <class Node, std::size_t N, class Test>
 int TakeNodes(const std::vector<Node>& nodes, std::int64_t lowest, const std::array<std::int64_t, N>& at, Test test,
               std::array<Node, N>& out) {
@@ -84,7 +85,8 @@ int TakeNodes(const std::vector<Node>& nodes, std::int64_t lowest, const NodeBlo
             for (std::size_t column = 0; column < Side; ++column) {
                 const Node node = from[column];
                 out[row * Side + column] = node;
-                fine &= IsNumber(node) & (test(node) == kGeoidOk);
+                fine &= IsNumber(node);
+                fine &= test(node) == kGeoidOk;
             }
         }
         if (fine) return kGeoidOk;
