@@ -25,10 +25,12 @@ make_bare_root() {
     cp -a /etc/apt/sources.list.d/. "$root/etc/apt/sources.list.d/" 2>/dev/null || true
     mount -t proc proc "$root/proc"
     mount --bind /dev "$root/dev"
+    mount --bind /dev/pts "$root/dev/pts"
 }
 
 remove_bare_root() {
     umount "$root/proc" 2>/dev/null || true
+    umount "$root/dev/pts" 2>/dev/null || true
     umount "$root/dev" 2>/dev/null || true
     rm -rf --one-file-system "$root"
 }

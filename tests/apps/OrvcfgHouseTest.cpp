@@ -142,6 +142,7 @@ TEST_F(OrvcfgHouseTest, ATerminalShowsNoPassword) {
     SignLevels("[USERLEVELS]\nuserlevels=Administrator;Surveyor\n");
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child < 0) GTEST_SKIP() << "this system gives no terminals";
     if (child == 0) {
         alarm(60);
         if (chdir(Text(L"").c_str()) != 0) _exit(99);
