@@ -72,8 +72,8 @@ public:
     virtual std::wstring DataFile() const { return {}; }
 
 protected:
-    /// Turns a code into the stated bool and notes the reason of a failure; a success that is passed takes an older note
-    /// away. `Deliver` passes none.
+    /// Turns a code into the stated bool and notes the reason of a failure; a success that is passed takes an older
+    /// note away. `Deliver` passes none.
     bool Answer(int code) const;
     bool Answer(GeoidReason reason) const;
     /// Ends a `Calculate`: `metres` in project units where the code is kGeoidOk and there is a number to give.
