@@ -67,20 +67,6 @@ FormFacts ReadKilometres(Content bytes, int fields, std::vector<GridValues> valu
     return facts;
 }
 
-struct Point {
-    double latitude = 0.0, longitude = 0.0, height = 0.0;
-};
-bool NextPoint(std::string_view& text, Point& point) {
-    std::string_view line;
-    while (NextLine(text, line)) {
-        double unused = 0.0;
-        TextScan in(line);
-        if (in.Real(point.latitude) && in.Real(point.longitude) && in.Real(point.height) && in.Real(unused))
-            return true;
-    }
-    return false;
-}
-
 /// A value at each of the given places of every line; the grid's size is known.
 FormFacts ReadBelgian(Content bytes, GridPart part, std::initializer_list<std::size_t> places, std::size_t width) {
     if (!IsText(bytes)) return std::nullopt;
@@ -164,15 +150,15 @@ FormFacts ReadKilometreHeights(Content bytes, std::string&) {
 FormFacts ReadVorfFacts(Content bytes, std::string& why) {
     if (!IsText(bytes)) return std::nullopt;
     std::string_view text = TextOf(bytes);
-    Point first, point;
-    if (!NextPoint(text, first)) return std::nullopt;
+    ListedHeight first, point;
+    if (!NextListedHeight(text, first)) return std::nullopt;
     GridPart part;
     part.south = part.north = first.latitude;
     part.west = part.east = first.longitude;
     GridValues values = {.what = "height", .unit = "m"};
     values.Take(first.height);
     // The steps are those to the first point that lies aside and the first that lies up or down.
-    while (NextPoint(text, point)) {
+    while (NextListedHeight(text, point)) {
         part.south = std::min(part.south, point.latitude);
         part.north = std::max(part.north, point.latitude);
         part.west = std::min(part.west, point.longitude);

@@ -14,22 +14,6 @@ namespace {
 // The file may have gaps, so its length can't vouch for the size of the grid.
 constexpr std::int64_t kMostNodes = 100'000'000;
 
-struct Point {
-    double latitude, longitude, height;
-};
-
-// The next line of four numbers; the fourth isn't used.
-bool NextPoint(std::string_view& text, Point& point) {
-    std::string_view line;
-    while (NextLine(text, line)) {
-        double unused = 0.0;
-        TextScan in(line);
-        if (in.Real(point.latitude) && in.Real(point.longitude) && in.Real(point.height) && in.Real(unused))
-            return true;
-    }
-    return false;
-}
-
 }  // namespace
 
 bool GeoidModel_VORF::SetFileName(std::wstring name) {
@@ -46,13 +30,13 @@ bool GeoidModel_VORF::SetFileName(std::wstring name) {
 
 bool GeoidModel_VORF::ReadFile(std::string_view text) {
     std::string_view rest = text;
-    Point first{}, point{};
-    if (!NextPoint(rest, first)) return false;
+    ListedHeight first, point;
+    if (!NextListedHeight(rest, first)) return false;
     double east = first.longitude, north = first.latitude;
     west = first.longitude;
     south = first.latitude;
     latitudeStep = longitudeStep = 0.0;
-    while (NextPoint(rest, point)) {
+    while (NextListedHeight(rest, point)) {
         west = std::min(west, point.longitude);
         east = std::max(east, point.longitude);
         south = std::min(south, point.latitude);
@@ -72,7 +56,7 @@ bool GeoidModel_VORF::ReadFile(std::string_view text) {
     values.assign(static_cast<std::size_t>(NodeCount(rows, columns)), 9999.0);
 
     rest = text;
-    while (NextPoint(rest, point)) {
+    while (NextListedHeight(rest, point)) {
         std::int32_t r = 0, c = 0;
         if (!TruncToInt((point.latitude - south) / latitudeStep + 0.5, r)) continue;
         if (!TruncToInt((point.longitude - west) / longitudeStep + 0.5, c)) continue;

@@ -71,6 +71,16 @@ bool NextLine(std::string_view& text, std::string_view& line) {
     return true;
 }
 
+bool NextListedHeight(std::string_view& text, ListedHeight& point) {
+    for (std::string_view line; NextLine(text, line);) {
+        double unused = 0.0;
+        TextScan in(line);
+        if (in.Real(point.latitude) && in.Real(point.longitude) && in.Real(point.height) && in.Real(unused))
+            return true;
+    }
+    return false;
+}
+
 std::wstring GridText(std::string_view bytes) {
     return IsUtf8(bytes) ? FromUtf8(bytes) : FromUtf8(Windows1252ToUtf8(bytes));
 }

@@ -30,6 +30,13 @@ private:
 /// Takes the next line off a text, without its line end (LF or CR LF); false when nothing is left.
 ORV_EXPORT bool NextLine(std::string_view& text, std::string_view& line);
 
+/// A line of a grid that lists its points: degrees and metres. A fourth number must follow, of which nobody makes use.
+struct ListedHeight {
+    double latitude = 0.0, longitude = 0.0, height = 0.0;
+};
+/// The next such line of a text; others are passed over.
+ORV_EXPORT bool NextListedHeight(std::string_view& text, ListedHeight& point);
+
 /// Bytes of a text file as wide text: UTF-8, or else the old code page 1252.
 std::wstring GridText(std::string_view bytes);
 
