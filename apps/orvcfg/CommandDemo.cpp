@@ -212,7 +212,7 @@ void ReportPermissions(Document& document, const std::string& appDef) {
     const DataSearch& search = DataSearch::GetDataSearch();
     Facts& facts = document.AddFacts("What the application definition permits", "permissions");
     std::wstring description;
-    search.GetAppDef().GetItem(APPLICATION_SECTION, appParamKeys[1], description);
+    search.GetAppDef().GetItem(APPLICATION_SECTION, appParamKeys[kAppDefinitionDescription], description);
     facts.Add("Definition", "definition", Cell::Of(appDef));
     facts.Add("Meant for", "description", Cell::OrMissing(description, "it doesn't say"));
 

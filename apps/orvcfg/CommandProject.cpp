@@ -53,8 +53,8 @@ ExitCode List(Session& session, const NoArguments&) {
         }
         std::wstring title, group, system;
         file.GetItem(HEADER_SECTION, PROJECT_NAME, title);
-        file.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[7], group);
-        file.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[8], system);
+        file.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGroupName], group);
+        file.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysSystemName], system);
         Cell mark = Cell::Flag(name == current);
         mark.text = name == current ? ">" : "";
         table.Add({mark, Cell::Of(name), Cell::OrMissing(title, "no title"), Cell::OrMissing(group, "no group"),

@@ -66,9 +66,9 @@ void NeedWalk::Tell(const NeededFile& node) {
 /// The grid that the project's heights come from; none if it names none.
 std::optional<std::wstring> GridOf(const ProjectDefinition& project) {
     GeoidChoice geoid;
-    project.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[13], geoid.key);
-    project.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[14], geoid.file);
-    project.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[15], geoid.chartDatum);
+    project.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGeoidName], geoid.key);
+    project.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGeoidFile], geoid.file);
+    project.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysChartDatum], geoid.chartDatum);
     if (geoid.key.empty() || geoid.file.empty()) return std::nullopt;
     const std::wstring path = OpenGeoid(geoid).path;
     if (path.empty()) return std::nullopt;

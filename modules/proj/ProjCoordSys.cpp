@@ -111,17 +111,17 @@ bool ProjCoordSys::SaveToProject(ProjectDefinition& project) {
     const auto write = [&](std::wstring_view key, std::wstring_view value) {
         saved = project.SetItem(COORDSYSTEM_SECTION, key, value, true) && saved;
     };
-    write(coordsystemKeys[7], names.group);
-    write(coordsystemKeys[8], names.system);
-    write(coordsystemKeys[12], moduleKey);
-    write(coordsystemKeys[13], names.geoidModelName);
-    write(coordsystemKeys[14], names.geoidModelFile);
-    write(coordsystemKeys[15], names.geoidChartDatum);
-    write(coordsystemKeys[16], names.postModelName);
-    write(coordsystemKeys[17], names.postModelFile);
+    write(coordsystemKeys[kCoordsysGroupName], names.group);
+    write(coordsystemKeys[kCoordsysSystemName], names.system);
+    write(coordsystemKeys[kCoordsysModuleKey], moduleKey);
+    write(coordsystemKeys[kCoordsysGeoidName], names.geoidModelName);
+    write(coordsystemKeys[kCoordsysGeoidFile], names.geoidModelFile);
+    write(coordsystemKeys[kCoordsysChartDatum], names.geoidChartDatum);
+    write(coordsystemKeys[kCoordsysPostName], names.postModelName);
+    write(coordsystemKeys[kCoordsysPostFile], names.postModelFile);
     if (transformation) {
         // Of a system that isn't known neither is: the project keeps its unit and the chance to be converted.
-        write(coordsystemKeys[10], system.unit);
+        write(coordsystemKeys[kCoordsysUnit], system.unit);
         write(GEODESY_VERSION_KEY, GEODESY_VERSION);
     }
     return saved;

@@ -213,11 +213,21 @@ inline constexpr std::array<std::wstring_view, 18> coordsystemKeys = {{
     /*  10 */ L"SystemUnit", L"HeightUnit", L"CoordSysKey", L"GeoidModelName", L"GeoidModelFileName",
     /*  15 */ L"GeoidChartDatum", L"PostModelName", L"PostModelFileName",
 }};
+/// Rows of coordsystemKeys by name.
+enum CoordsystemKeyRow : std::size_t {
+    kCoordsysGroupName = 7, kCoordsysSystemName = 8, kCoordsysUnit = 10, kCoordsysModuleKey = 12,
+    kCoordsysGeoidName = 13, kCoordsysGeoidFile = 14, kCoordsysChartDatum = 15, kCoordsysPostName = 16,
+    kCoordsysPostFile = 17,
+};
+static_assert(coordsystemKeys[kCoordsysUnit] == L"SystemUnit");
+static_assert(coordsystemKeys[kCoordsysPostFile] == L"PostModelFileName");
 
 /// Of APPLICATION_SECTION.
 inline constexpr std::array<std::wstring_view, 3> appParamKeys = {{
     L"Definition", L"DefinitionDescription", L"Configuration"
 }};
+/// Rows of appParamKeys by name.
+enum AppParamKeyRow : std::size_t { kAppDefinition = 0, kAppDefinitionDescription = 1, kAppConfiguration = 2 };
 
 /// Of FORMATS_SECTION.
 inline constexpr std::array<std::wstring_view, 12> formatParamKeys = {{
@@ -225,6 +235,12 @@ inline constexpr std::array<std::wstring_view, 12> formatParamKeys = {{
     /*   5 */ L"DepthDecimals", L"CoordinateFormat", L"DensityDecimals", L"PressureDecimals", L"WeightDecimals",
     /*  10 */ L"KPDecimals", L"FeetFormat",
 }};
+/// Rows of formatParamKeys by name.
+enum FormatParamKeyRow : std::size_t {
+    kFormatGeographic = 0, kFormatGeographicDecimals = 1, kFormatGridDecimals = 2, kFormatSpeedDecimals = 3,
+    kFormatDistanceDecimals = 4, kFormatDepthDecimals = 5, kFormatCoordinate = 6, kFormatDensityDecimals = 7,
+    kFormatPressureDecimals = 8, kFormatWeightDecimals = 9, kFormatKPDecimals = 10, kFormatFeet = 11,
+};
 
 /// By geoid model type id. Rows 21 and 22 differ from the name that their models are registered under:
 /// the texts go to the coordinate database, where each must mean one model.

@@ -212,7 +212,7 @@ bool ProgramDefFile_IO::GetNetworkPermissions(bool& support, int& remotes, int& 
 bool ProgramDefFile_IO::GetCoordSysKey(std::wstring& out) const {
     if (!initialised) return false;
     out = COORDSYS_MODULE_KEY;
-    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[12], out);
+    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysModuleKey], out);
     SetErrorStatus(kFileOk);
     return true;
 }

@@ -36,7 +36,7 @@ std::wstring AppDefDescription(const FileObject& appDef, const std::wstring& tit
     if (translated && appDef.GetItem(APPLICATION_SECTION, kDescriptionId, id)) {
         text = Translator::Instance().GetResourceString(id);
     }
-    if (text.empty()) appDef.GetItem(APPLICATION_SECTION, appParamKeys[1], text);
+    if (text.empty()) appDef.GetItem(APPLICATION_SECTION, appParamKeys[kAppDefinitionDescription], text);
     return text.empty() ? title : text;
 }
 

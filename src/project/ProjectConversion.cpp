@@ -82,8 +82,8 @@ template <class Visit>
 void ProjectDefinition::ForEachVessel(Visit visit) const {
     const DataSearch& search = DataSearch::GetDataSearch();
     std::wstring definition, configuration, folder, extension, vesselFolder, vesselExtension;
-    GetItem(APPLICATION_SECTION, appParamKeys[0], definition);
-    GetItem(APPLICATION_SECTION, appParamKeys[2], configuration);
+    GetItem(APPLICATION_SECTION, appParamKeys[kAppDefinition], definition);
+    GetItem(APPLICATION_SECTION, appParamKeys[kAppConfiguration], configuration);
     search.GetFilePath(kFileTypeAppConfig, folder);
     search.GetFileExtension(kFileTypeAppConfig, extension);
     search.GetFilePath(kFileTypeVesselConfig, vesselFolder);

@@ -59,8 +59,9 @@ bool ProjectDefinition::CheckCoordSysKey() {
         return Fail(L"No application definition is open; the project's coordinate module can't be chosen.");
     }
     std::wstring programKey(COORDSYS_MODULE_KEY), projectKey;
-    definition.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[12], programKey);
-    if (!GetItem(COORDSYSTEM_SECTION, coordsystemKeys[12], projectKey) || EqualNoCase(programKey, projectKey)) {
+    definition.GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysModuleKey], programKey);
+    if (!GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysModuleKey], projectKey) ||
+        EqualNoCase(programKey, projectKey)) {
         coordSysKey = programKey;
         return true;
     }
@@ -82,13 +83,13 @@ bool ProjectDefinition::RegisterCoordSys() {
 
 CoordSysNames ProjectDefinition::ReadCoordSysNames() const {
     CoordSysNames names;
-    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[7], names.group);
-    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[8], names.system);
-    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[13], names.geoidModelName);
-    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[14], names.geoidModelFile);
-    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[15], names.geoidChartDatum);
-    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[16], names.postModelName);
-    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[17], names.postModelFile);
+    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGroupName], names.group);
+    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysSystemName], names.system);
+    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGeoidName], names.geoidModelName);
+    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGeoidFile], names.geoidModelFile);
+    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysChartDatum], names.geoidChartDatum);
+    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysPostName], names.postModelName);
+    GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysPostFile], names.postModelFile);
     return names;
 }
 
@@ -170,15 +171,15 @@ void GetCoordSysData(const ProtectedFileObject* file, std::wstring& group, std::
                      std::wstring& unit, std::wstring& geoidName, std::wstring& geoidFile, std::wstring& chartDatum,
                      std::wstring& postName, std::wstring& postFile) {
     if (!file) return;
-    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[7], group);
-    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[8], system);
-    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[12], key);
-    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[13], geoidName);
-    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[14], geoidFile);
-    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[15], chartDatum);
-    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[16], postName);
-    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[17], postFile);
-    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[10], unit);
+    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGroupName], group);
+    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysSystemName], system);
+    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysModuleKey], key);
+    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGeoidName], geoidName);
+    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGeoidFile], geoidFile);
+    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysChartDatum], chartDatum);
+    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysPostName], postName);
+    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysPostFile], postFile);
+    file->GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysUnit], unit);
     if (key.empty() && !DataSearch::GetDataSearch().GetCoordSysKey(key)) DataSearchStatus::Set(kSearchUnknownName);
     if (!IsSecondModule(key)) return;
     StripBrackets(group);
@@ -193,18 +194,18 @@ void SetCoordSysData(ProtectedFileObject* file, std::wstring group, std::wstring
         AddBrackets(system);
         AddBrackets(group);
     }
-    const auto put = [&](std::size_t row, const std::wstring& value) {
+    const auto put = [&](CoordsystemKeyRow row, const std::wstring& value) {
         file->SetItem(COORDSYSTEM_SECTION, coordsystemKeys[row], value, true);
     };
-    put(7, group);
-    put(8, system);
-    put(12, key);
-    put(13, geoidName);
-    put(14, geoidFile);
-    put(15, chartDatum);
-    put(16, postName);
-    put(17, postFile);
-    put(10, unit);
+    put(kCoordsysGroupName, group);
+    put(kCoordsysSystemName, system);
+    put(kCoordsysModuleKey, key);
+    put(kCoordsysGeoidName, geoidName);
+    put(kCoordsysGeoidFile, geoidFile);
+    put(kCoordsysChartDatum, chartDatum);
+    put(kCoordsysPostName, postName);
+    put(kCoordsysPostFile, postFile);
+    put(kCoordsysUnit, unit);
 
     const auto& kinds = UnitKindNames();
     std::wstring oldUnit;

@@ -190,28 +190,28 @@ bool ProjectDefinition::ReadFormats() {
     if (!HasSection(FORMATS_SECTION))
         return Fail(L"The project has no section [" + std::wstring(FORMATS_SECTION) + L"].");
     std::wstring text;
-    GetItem(FORMATS_SECTION, formatParamKeys[6], text);
+    GetItem(FORMATS_SECTION, formatParamKeys[kFormatCoordinate], text);
     coordinateFormat = text == kGeogsText ? kGeographicFormat : kGridFormat;
     std::wstring geographicFormat;
     try {
         const ThrowingStretch mandatory(*this);
-        GetItem(FORMATS_SECTION, formatParamKeys[1], geogsDecimals);
-        GetItem(FORMATS_SECTION, formatParamKeys[2], gridDecimals);
-        GetItem(FORMATS_SECTION, formatParamKeys[3], speedDecimals);
-        GetItem(FORMATS_SECTION, formatParamKeys[4], distanceDecimals);
-        GetItem(FORMATS_SECTION, formatParamKeys[5], depthDecimals);
-        GetItem(FORMATS_SECTION, formatParamKeys[0], geographicFormat);
+        GetItem(FORMATS_SECTION, formatParamKeys[kFormatGeographicDecimals], geogsDecimals);
+        GetItem(FORMATS_SECTION, formatParamKeys[kFormatGridDecimals], gridDecimals);
+        GetItem(FORMATS_SECTION, formatParamKeys[kFormatSpeedDecimals], speedDecimals);
+        GetItem(FORMATS_SECTION, formatParamKeys[kFormatDistanceDecimals], distanceDecimals);
+        GetItem(FORMATS_SECTION, formatParamKeys[kFormatDepthDecimals], depthDecimals);
+        GetItem(FORMATS_SECTION, formatParamKeys[kFormatGeographic], geographicFormat);
     } catch (std::wstring& missing) {
         return Fail(missing);
     }
     geogsFlags = FlagsOf(geographicFormat, kGeogsWords);
     // These came later: a project from before keeps what stands here.
-    GetItem(FORMATS_SECTION, formatParamKeys[7], densityDecimals);
-    GetItem(FORMATS_SECTION, formatParamKeys[8], pressureDecimals);
-    GetItem(FORMATS_SECTION, formatParamKeys[9], weightDecimals);
-    GetItem(FORMATS_SECTION, formatParamKeys[10], kpDecimals);
+    GetItem(FORMATS_SECTION, formatParamKeys[kFormatDensityDecimals], densityDecimals);
+    GetItem(FORMATS_SECTION, formatParamKeys[kFormatPressureDecimals], pressureDecimals);
+    GetItem(FORMATS_SECTION, formatParamKeys[kFormatWeightDecimals], weightDecimals);
+    GetItem(FORMATS_SECTION, formatParamKeys[kFormatKPDecimals], kpDecimals);
     std::wstring feetFormat;
-    GetItem(FORMATS_SECTION, formatParamKeys[11], feetFormat);
+    GetItem(FORMATS_SECTION, formatParamKeys[kFormatFeet], feetFormat);
     feetFlags = FlagsOf(feetFormat, kFeetWords);
     if (feetFlags == 0) feetFlags = 1;
     return true;
@@ -228,7 +228,8 @@ bool ProjectDefinition::ReadUnits() {
         return Fail(L"The units file " + unitsPath + L" can't be opened.");
     }
     std::wstring unitName;
-    if (!GetItem(COORDSYSTEM_SECTION, coordsystemKeys[10], unitName)) return Fail(L"The project names no system unit.");
+    if (!GetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysUnit], unitName))
+        return Fail(L"The project names no system unit.");
     if (!HasProjectUnitExisted(unitsFile, unitName) && !AddSystemUnit(unitsFile, unitName)) {
         return Fail(L"The system unit \"" + unitName + L"\" is in neither the units file nor the coordinate database.");
     }
@@ -366,16 +367,17 @@ bool ProjectDefinition::CreateDefaultFile(std::wstring folder, bool toDisk) {
 
 bool ProjectDefinition::CreateDefaultSUIFile(std::wstring path) {
     if (!FileOpen(path, false, kOpenCreateRead)) return false;
-    SetItem(COORDSYSTEM_SECTION, coordsystemKeys[7], DEFAULT_COORDSYS_GROUP, true);
-    SetItem(COORDSYSTEM_SECTION, coordsystemKeys[8], DEFAULT_COORDSYS_NAME, true);
-    SetItem(COORDSYSTEM_SECTION, coordsystemKeys[12], COORDSYS_MODULE_KEY, true);
-    for (std::size_t row = 13; row <= 17; ++row) SetItem(COORDSYSTEM_SECTION, coordsystemKeys[row], L"", true);
-    SetItem(COORDSYSTEM_SECTION, coordsystemKeys[10], UNIT_METERS, true);
+    SetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysGroupName], DEFAULT_COORDSYS_GROUP, true);
+    SetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysSystemName], DEFAULT_COORDSYS_NAME, true);
+    SetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysModuleKey], COORDSYS_MODULE_KEY, true);
+    for (std::size_t row = kCoordsysGeoidName; row <= kCoordsysPostFile; ++row)
+        SetItem(COORDSYSTEM_SECTION, coordsystemKeys[row], L"", true);
+    SetItem(COORDSYSTEM_SECTION, coordsystemKeys[kCoordsysUnit], UNIT_METERS, true);
     SetItem(COORDSYSTEM_SECTION, GEODESY_VERSION_KEY, GEODESY_VERSION, true);
     SetItem(OPTIONS_SECTION, SHOW_NO_DETECTION_BEAMS, L"0", true);
     SetItem(OPTIONS_SECTION, LATLONG_ON_SAT, L"1", true);
     SetItem(OPTIONS_SECTION, AUTO_SHOW_ALERTS, L"0", true);
-    SetItem(FORMATS_SECTION, formatParamKeys[1], geogsDecimals, true);
+    SetItem(FORMATS_SECTION, formatParamKeys[kFormatGeographicDecimals], geogsDecimals, true);
     FileSave(path, 0, kSave);
     return true;
 }
@@ -495,10 +497,10 @@ bool ProjectDefinition::SetAppDefinition(const std::wstring& name) {
     return SetItem(APPLICATION_SECTION, APP_DEFINITION, name, true);
 }
 bool ProjectDefinition::GetAppDefDescription(std::wstring& out) const {
-    return GetItem(APPLICATION_SECTION, appParamKeys[1], out);
+    return GetItem(APPLICATION_SECTION, appParamKeys[kAppDefinitionDescription], out);
 }
 bool ProjectDefinition::SetAppDefDescription(const std::wstring& text) {
-    return SetItem(APPLICATION_SECTION, appParamKeys[1], text, true);
+    return SetItem(APPLICATION_SECTION, appParamKeys[kAppDefinitionDescription], text, true);
 }
 bool ProjectDefinition::GetAppConfiguration(std::wstring& out) const {
     return GetItem(APPLICATION_SECTION, APP_CONFIGURATION, out);
