@@ -188,7 +188,9 @@ ExitCode Check(Session& session, const Arguments& arguments) {
                  {"Findings", "findings", true},
                  {"File", "file"}});
     bool good = true;
+    session.progress.Expect("files", arguments.files.size());
     for (const std::string& file : arguments.files) {
+        session.progress.Step();
         good = CheckFile(session, PathArgument(file), arguments.strict, table) && good;
     }
     Document::Print(session, table);

@@ -23,7 +23,8 @@ std::string Counted(std::size_t count, const std::string& word) {
 
 void PrintText(Session& session, const Diagnosis& diagnosis) {
     for (const Finding& finding : diagnosis.findings) {
-        session.out.Put(std::string(Word(finding.check->severity)) + ": " +
+        const Style style = finding.check->severity == Severity::Error ? Style::Error : Style::Warning;
+        session.out.Put(session.out.Styled(Word(finding.check->severity), style) + ": " +
                         (finding.where.empty() ? "" : finding.where + ": ") + finding.what + " [" +
                         std::string(finding.check->name) + "]\n");
         session.out.Put("    why it matters: " + std::string(finding.check->why) + "\n");
@@ -32,7 +33,7 @@ void PrintText(Session& session, const Diagnosis& diagnosis) {
     if (session.options.quiet) return;
     std::string last = Counted(diagnosis.looked, "check") + ": ";
     last += diagnosis.findings.empty()
-                ? "nothing wrong"
+                ? session.out.Styled("nothing wrong", Style::Good)
                 : Counted(diagnosis.errors, "error") + ", " + Counted(diagnosis.warnings, "warning");
     if (diagnosis.skipped > 0) last += "; " + Counted(diagnosis.skipped, "check") + " must wait until it opens";
     session.out.Put(last + "\n");

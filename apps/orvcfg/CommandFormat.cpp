@@ -5,8 +5,8 @@
 
 #include "Commands.h"
 #include "Document.h"
+#include "FilterInput.h"
 #include "Installation.h"
-#include "LineReader.h"
 #include "PositionText.h"
 #include "Suggest.h"
 #include "frontend/OrvFormatter.h"
@@ -138,11 +138,7 @@ ExitCode Format(Session& session, const Arguments& arguments) {
     Formatting formatting(session, form);
     for (const std::string& value : arguments.values) formatting.Value(value, {});
     if (!arguments.values.empty()) return formatting.Finish();
-    LineReader reader(STDIN_FILENO, [&] { session.out.Flush(); });
-    std::string_view line;
-    while (session.out.Good() && reader.Next(line)) formatting.Line(line);
-    if (reader.Error() != 0) {
-        session.Problem("standard input", std::string("Can't be read: ") + std::strerror(reader.Error()));
+    if (!FilterInput(session, STDIN_FILENO, "standard input", [&](std::string_view line) { formatting.Line(line); })) {
         return kCannotRun;
     }
     return formatting.Finish();

@@ -182,7 +182,9 @@ ExitCode Add(Session& session, const AddArguments& arguments) {
     if (!OpenInstallation(session)) return kCannotRun;
     Document document;
     bool good = true;
+    session.progress.Expect("grids", arguments.files.size());
     for (const std::string& file : arguments.files) {
+        session.progress.Step();
         good = AddGrid(session, PathArgument(file), arguments, document) && good;
     }
     document.Print(session);

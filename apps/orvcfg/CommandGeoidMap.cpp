@@ -67,12 +67,14 @@ struct Samples {
     double smallest = 0.0, largest = 0.0;
 };
 
-Samples Sample(GeoidSource& source, const Area& area, int rows, int columns) {
+Samples Sample(GeoidSource& source, const Area& area, int rows, int columns, Progress& progress) {
     Samples samples{.rows = rows, .columns = columns};
     samples.values.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns),
                           std::numeric_limits<double>::quiet_NaN());
+    progress.Expect("rows", static_cast<std::uint64_t>(rows));
     bool first = true;
     for (int r = 0; r < rows; ++r) {
+        progress.Step();
         const double y = area.north - (r + 0.5) * (area.north - area.south) / rows;
         for (int c = 0; c < columns; ++c) {
             const double x = area.west + (c + 0.5) * (area.east - area.west) / columns;
@@ -243,7 +245,8 @@ ExitCode DrawMap(Session& session, const Arguments& arguments) {
     const auto side = [&](double share) {
         return std::clamp(static_cast<int>(std::lround(arguments.cells * share)), 2, arguments.cells);
     };
-    const Samples samples = Sample(source, *area, side(std::min(1.0, 1.0 / ratio)), side(std::min(1.0, ratio)));
+    const Samples samples =
+        Sample(source, *area, side(std::min(1.0, 1.0 / ratio)), side(std::min(1.0, ratio)), session.progress);
     const Map map(*area, samples, source.Unit());
     const std::string file = opened.path.empty() ? "built-in table" : PathToBytes(GetNameFromPath(opened.path));
     const std::string picture = map.Draw("Height separation by " + ToUtf8(choice->key), file);

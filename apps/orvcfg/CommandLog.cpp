@@ -6,8 +6,8 @@
 
 #include "Commands.h"
 #include "Document.h"
+#include "FilterInput.h"
 #include "Installation.h"
-#include "LineReader.h"
 #include "SurveyFiles.h"
 #include "TimeText.h"
 #include "platform/text/PathText.h"
@@ -162,15 +162,8 @@ private:
 ExitCode Parse(Session& session, const ParseArguments& arguments) {
     Parser parser(session);
     for (const std::string& name : arguments.names) parser.Name(name);
-    if (arguments.names.empty()) {
-        LineReader lines(STDIN_FILENO, [&] { session.out.Flush(); });
-        std::string_view line;
-        while (session.out.Good() && lines.Next(line)) parser.Line(line);
-        if (lines.Error() != 0) {
-            session.Problem("standard input", std::string("Can't be read: ") + std::strerror(lines.Error()));
-            return kCannotRun;
-        }
-    }
+    const auto each = [&](std::string_view line) { parser.Line(line); };
+    if (arguments.names.empty() && !FilterInput(session, STDIN_FILENO, "standard input", each)) return kCannotRun;
     return parser.Finish();
 }
 

@@ -104,8 +104,10 @@ ExitCode Search(Session& session, const Arguments& arguments) {
     for (const std::string& word : arguments.words) words.push_back(ToLower(TextArgument(word)));
     std::vector<Row> rows;
     bool good = true;
+    session.progress.Expect("logs", logs.size());
     for (const MessageLogFile& log : logs) {
         std::vector<LoggedMessage> messages;
+        session.progress.Step();
         good = ReadMessageLog(session, log, messages) && good;
         for (LoggedMessage& message : messages) {
             const std::string& time = message.time;

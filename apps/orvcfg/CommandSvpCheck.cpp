@@ -45,7 +45,9 @@ std::map<int, std::size_t> LinesOfPoints(const std::wstring& path) {
 ExitCode CheckFiles(Session& session, const Arguments& arguments) {
     ExitCode code = kAllGood;
     Json all = Json::array();
+    session.progress.Expect("profiles", arguments.files.size());
     for (const std::string& name : arguments.files) {
+        session.progress.Step();
         const std::wstring path = PathArgument(name);
         ProtectedFileObject file;
         if (!OpenConfigFile(session, path, file)) {

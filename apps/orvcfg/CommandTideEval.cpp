@@ -4,7 +4,7 @@
 
 #include "Commands.h"
 #include "Document.h"
-#include "LineReader.h"
+#include "FilterInput.h"
 #include "TideStationAccess.h"
 #include "TimeText.h"
 
@@ -96,15 +96,8 @@ ExitCode Eval(Session& session, const Arguments& arguments) {
     if (!OpenStation(session, arguments.station, station)) return kCannotRun;
     Evaluation evaluation(session, station, reader, arguments.decimals);
     for (const std::string& time : arguments.times) evaluation.Time(time);
-    if (arguments.times.empty()) {
-        LineReader lines(STDIN_FILENO, [&] { session.out.Flush(); });
-        std::string_view line;
-        while (session.out.Good() && lines.Next(line)) evaluation.Line(line);
-        if (lines.Error() != 0) {
-            session.Problem("standard input", std::string("Can't be read: ") + std::strerror(lines.Error()));
-            return kCannotRun;
-        }
-    }
+    const auto each = [&](std::string_view line) { evaluation.Line(line); };
+    if (arguments.times.empty() && !FilterInput(session, STDIN_FILENO, "standard input", each)) return kCannotRun;
     return evaluation.Finish();
 }
 

@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,7 +9,8 @@
 
 #include "Commands.h"
 #include "Document.h"
-#include "LineReader.h"
+#include "FilterInput.h"
+#include "Installation.h"
 #include "TideStationAccess.h"
 #include "TimeText.h"
 #include "platform/text/NumberText.h"
@@ -38,7 +38,8 @@ public:
     CsvReader(Session& forSession, std::string fileName, TimeReader& timeReader)
         : session(forSession), name(std::move(fileName)), reader(timeReader) {}
 
-    void Line(std::string_view line, std::size_t number) {
+    void Line(std::string_view line) {
+        ++number;
         if (line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
         const std::size_t begin = line.find_first_not_of(" \t\r");
         if (begin == line.npos || line[begin] == '#') return;
@@ -72,23 +73,14 @@ public:
     std::size_t bad = 0;
 
 private:
+    std::size_t number = 0;  // of the line, from 1
     bool anyLine = false;
 };
 
 bool ReadCsv(Session& session, CsvReader& csv, const std::string& file) {
-    const bool standard = file == "-";
-    const int descriptor = standard ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) {
-        session.Problem(file, std::string("Can't be read: ") + std::strerror(errno));
-        return false;
-    }
-    LineReader lines(descriptor, [] {});
-    std::string_view line;
-    while (lines.Next(line)) csv.Line(line, lines.Number());
-    if (!standard) close(descriptor);
-    if (lines.Error() == 0) return true;
-    session.Problem(file, std::string("Can't be read: ") + std::strerror(lines.Error()));
-    return false;
+    const auto each = [&](std::string_view line) { csv.Line(line); };
+    return file == "-" ? FilterInput(session, STDIN_FILENO, "standard input", each)
+                       : FilterFile(session, PathArgument(file), each);
 }
 
 /// Rows in order of time, each time once: of equal ones a repeated value is dropped, another value is a problem.
@@ -112,6 +104,7 @@ struct Counts {
 
 /// What happens to a row: it is new, it is there, or there is another value, which stays unless it may be replaced.
 void Place(TideStation& station, CsvReader& csv, const Row& row, bool replace, bool dryRun, Counts& counts) {
+    csv.session.progress.Step();
     double time = row.time, value = 0;
     if (!station.GetTideValue(TideStation::kExact, time, value)) {
         if (dryRun || station.AddTideValue(row.time, row.value)) {
@@ -179,6 +172,7 @@ ExitCode Import(Session& session, const Arguments& arguments) {
     // Values are compared and kept as they were measured; the offset is put back before the station is saved.
     const double offset = station.GetStationOffset();
     station.SetStationOffset(0);
+    session.progress.Expect("values", 2 * csv.rows.size());  // looked at, then placed
     Counts counts;
     for (const Row& row : csv.rows) Place(station, csv, row, arguments.replace, true, counts);
     if (csv.bad > 0 && !arguments.skipBad) return TellNothingImported(csv);

@@ -90,7 +90,11 @@ ExitCode ListNames(Session& session, const FilesArguments& arguments) {
     Table table(
         {{"Type", "type"}, {"Name", "name"}, {"Size", "size", true}, {"Last change", "modified"}, {"Path", "path"}});
     bool good = !types.empty();
-    for (const CFileType* type : types) good = ListFiles(session, *type, arguments.filter, table) && good;
+    session.progress.Expect("types", types.size());
+    for (const CFileType* type : types) {
+        session.progress.Step();
+        good = ListFiles(session, *type, arguments.filter, table) && good;
+    }
     Document::Print(session, table);
     return good ? kAllGood : kSomeFailed;
 }

@@ -41,7 +41,9 @@ ExitCode Check(Session& session, const Arguments& arguments) {
                  {"Findings", "findings", true},
                  {"File", "file"}});
     bool good = true;
+    session.progress.Expect("vessels", arguments.vessels.size());
     for (const std::string& which : arguments.vessels) {
+        session.progress.Step();
         VesselConfig vessel;
         if (!OpenVessel(session, which, vessel)) {
             good = false;

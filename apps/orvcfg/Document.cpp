@@ -13,7 +13,6 @@ namespace orv::cfg {
 namespace {
 
 constexpr std::string_view kMissing = "*";
-constexpr std::string_view kBold = "\033[1m", kDim = "\033[2m", kPlain = "\033[0m";
 
 std::size_t Width(std::string_view text) {
     return static_cast<std::size_t>(
@@ -27,11 +26,6 @@ std::string Shown(std::string_view text) {
         if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
     }
     return shown;
-}
-
-std::string Styled(const Session& session, std::string_view style, std::string_view text) {
-    if (!session.out.IsTerminal()) return std::string(text);
-    return std::string(style) + std::string(text) + std::string(kPlain);
 }
 
 std::string Padded(std::string_view text, std::size_t width, bool right) {
@@ -137,7 +131,7 @@ void Document::Print(Session& session, const Facts& facts, std::string_view inde
     for (const Facts::Row& row : facts.rows) width = std::max(width, Width(row.label));
     for (const Facts::Row& row : facts.rows) {
         std::string line = std::string(indent) + Padded(row.label, width, false) + "  " + Shown(row.cell.text);
-        if (!row.cell.reason.empty()) line += "  " + Styled(session, kDim, Shown(row.cell.reason));
+        if (!row.cell.reason.empty()) line += "  " + session.out.Styled(Shown(row.cell.reason), Style::Dim);
         session.out.Put(line + "\n");
     }
 }
@@ -149,7 +143,7 @@ void Document::Print(Session& session, const Table& table, std::string_view inde
         for (const std::vector<Cell>& row : table.rows) width = std::max(width, Width(row[i].text));
         widths.push_back(width);
     }
-    const auto put = [&](const auto& textOf, std::string_view behind, std::string_view style) {
+    const auto put = [&](const auto& textOf, std::string_view behind, Style style) {
         std::string line;
         for (std::size_t i = 0; i < table.columns.size(); ++i) {
             if (table.columns[i].hidden) continue;
@@ -157,13 +151,13 @@ void Document::Print(Session& session, const Table& table, std::string_view inde
             line += Padded(textOf(i), widths[i], table.columns[i].right);
         }
         if (behind.empty()) line.erase(line.find_last_not_of(' ') + 1);
-        if (!style.empty()) line = Styled(session, style, line);
-        if (!behind.empty()) line += "  " + Styled(session, kDim, behind);
+        line = session.out.Styled(line, style);
+        if (!behind.empty()) line += "  " + session.out.Styled(behind, Style::Dim);
         session.out.Put(std::string(indent) + line + "\n");
     };
-    if (headings) put([&](std::size_t i) { return table.columns[i].heading; }, {}, kBold);
+    if (headings) put([&](std::size_t i) { return table.columns[i].heading; }, {}, Style::Bold);
     for (const std::vector<Cell>& row : table.rows) {
-        put([&](std::size_t i) { return Shown(row[i].text); }, Shown(Reasons(row)), {});
+        put([&](std::size_t i) { return Shown(row[i].text); }, Shown(Reasons(row)), Style::Plain);
     }
 }
 
@@ -184,7 +178,7 @@ void Document::Print(Session& session) const {
         }
         if (!first) session.out.Put("\n");
         first = false;
-        session.out.Put(Styled(session, kBold, block.heading) + "\n");
+        session.out.Put(session.out.Styled(block.heading, Style::Bold) + "\n");
         if (const auto* facts = std::get_if<Facts>(&block.content)) Print(session, *facts, "  ");
         if (const auto* table = std::get_if<Table>(&block.content)) Print(session, *table, "  ", true);
     }

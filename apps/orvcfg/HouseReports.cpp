@@ -8,6 +8,7 @@
 namespace orv::cfg {
 
 HouseReports::HouseReports(Session& forSession) : session(forSession) {
+    session.progress.Expect("files");
     log.SetNoHeader(true);
     SetMessageDelivery([this](AbstractORVMessage& source, bool) {
         if (&source == &log) Take();
@@ -21,6 +22,7 @@ HouseReports::~HouseReports() {
 /// A report reads "[Housekeeper] What it did: path".
 void HouseReports::Take() {
     for (Message<wchar_t> message; log.GetUnusedMessage(message);) {
+        session.progress.Step();
         const std::wstring& text = message.GetText();
         const std::size_t begin = text.find(L"] ") + 2, end = text.find(L": ", begin);
         const std::wstring what = text.substr(begin, end - begin), path = text.substr(end + 2);

@@ -4,10 +4,27 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
+#include <mutex>
+
+#include "Progress.h"
 
 namespace orv::cfg {
 
-Output::Output(int where) : descriptor(where), terminal(where >= 0 && isatty(where) == 1) {
+bool ShowsColours(int descriptor) {
+    const char *const off = std::getenv("NO_COLOR"), *const kind = std::getenv("TERM");
+    if (off && *off) return false;
+    return descriptor >= 0 && isatty(descriptor) == 1 && kind && std::string_view(kind) != "dumb";
+}
+
+std::string Styled(std::string_view text, Style style, bool colours) {
+    constexpr std::string_view codes[] = {"", "1", "2", "32", "1;33", "1;31"};
+    if (!colours || style == Style::Plain) return std::string(text);
+    return "\033[" + std::string(codes[static_cast<std::size_t>(style)]) + "m" + std::string(text) + "\033[0m";
+}
+
+Output::Output(int where, Progress& line)
+    : descriptor(where), terminal(where >= 0 && isatty(where) == 1), colours(ShowsColours(where)), progress(line) {
     buffer.reserve(kBufferSize);
 }
 
@@ -18,6 +35,9 @@ void Output::Put(std::string_view text) {
 }
 
 bool Output::Flush() {
+    if (buffer.empty()) return error == 0;
+    std::unique_lock<std::mutex> clear;
+    if (terminal) clear = progress.Clear();
     std::size_t done = 0;
     while (error == 0 && done < buffer.size()) {
         const ssize_t written = write(descriptor, buffer.data() + done, buffer.size() - done);

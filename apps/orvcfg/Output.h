@@ -6,11 +6,21 @@
 
 namespace orv::cfg {
 
+class Progress;
+
+/// How a word stands out on a terminal; elsewhere it is written as it is.
+enum class Style { Plain, Bold, Dim, Good, Warning, Error };
+
+/// True for a terminal whose user hasn't switched colours off, by NO_COLOR or with TERM=dumb.
+bool ShowsColours(int descriptor);
+std::string Styled(std::string_view text, Style style, bool colours);
+
 /// Where results go: a file descriptor with a buffer, and the first failure of writing to it. A failed output swallows
 /// what comes after, so that a command may write on and ask once at its end.
 class Output {
 public:
-    explicit Output(int descriptor);
+    /// `line` stands on the same terminal, if it is one, and makes room for each write.
+    Output(int descriptor, Progress& line);
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
@@ -19,12 +29,15 @@ public:
     bool Good() const { return error == 0; }
     int Error() const { return error; }  ///< errno of the first failure
     bool IsTerminal() const { return terminal; }
+    /// For a terminal with its colours, for everything else plain.
+    std::string Styled(std::string_view text, Style style) const { return cfg::Styled(text, style, colours); }
 
 private:
     static constexpr std::size_t kBufferSize = 256 * 1024;
     int descriptor;
     int error = 0;
-    bool terminal;
+    bool terminal, colours;
+    Progress& progress;
     std::string buffer;
 };
 

@@ -16,7 +16,7 @@ constexpr Notice kAllNotices[] = {Notice::Message, Notice::Alert, Notice::ErrorR
 
 }  // namespace
 
-Session::Session(int resultDescriptor) : out(resultDescriptor) {
+Session::Session(int resultDescriptor) : out(resultDescriptor, progress), colours(ShowsColours(STDERR_FILENO)) {
     for (const Notice kind : kAllNotices) {
         SetNotice(kind, [this](std::wstring_view text) { FromLibrary(text); });
     }
@@ -29,6 +29,7 @@ Session::~Session() {
 void Session::Say(std::string_view text) {
     std::string line(text);
     line += '\n';
+    const auto clear = progress.Clear();
     // Nobody is left to be told when this fails.
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
 }
@@ -37,7 +38,7 @@ void Session::Problem(std::string_view where, std::string_view what, std::string
     told = true;
     std::string line = "orvcfg";
     if (!command.empty()) line += " " + command;
-    line += ": ";
+    line = Styled(line + ":", Style::Error, colours) + " ";
     if (!where.empty()) line.append(where).append(": ");
     line.append(what);
     if (!what.ends_with('.') && !what.ends_with('?')) line += '.';
@@ -66,6 +67,18 @@ void Session::FromLibrary(std::wstring_view text) {
     } else {
         Say(line);
     }
+}
+
+ExitCode Session::Run() {
+    if (!options.quiet && isatty(STDERR_FILENO) == 1) progress.Start("orvcfg " + command);
+    const ExitCode code = operation();
+    progress.Stop();
+    return code;
+}
+
+void Session::Await(int descriptor) {
+    out.Flush();
+    if (isatty(descriptor) == 1) progress.Stop();
 }
 
 ExitCode Session::Finish(ExitCode code) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Output.h"
+#include "Progress.h"
 
 namespace orv::cfg {
 
@@ -32,6 +33,7 @@ public:
     Session& operator=(const Session&) = delete;
 
     Options options;
+    Progress progress;
     Output out;
     std::string command;                  ///< names of the subcommand, for instance "geoid eval"
     std::function<ExitCode()> operation;  ///< what the arguments ask for
@@ -40,6 +42,11 @@ public:
     void Problem(std::string_view where, std::string_view what, std::string_view remedy = {});
     void Note(std::string_view text);    ///< beside the results, unless quiet
     void Detail(std::string_view text);  ///< only when verbose
+    /// Runs what the arguments ask for, with its progress where a person looks at it.
+    ExitCode Run();
+    /// To be called before input may have to be waited for: what is finished goes out, and where a person types,
+    /// nothing else happens on the screen.
+    void Await(int descriptor);
     /// The exit code that goes with what was told: never `kAllGood` after a problem.
     ExitCode Finish(ExitCode code);
 
@@ -47,6 +54,7 @@ private:
     void Say(std::string_view text);
     void FromLibrary(std::wstring_view text);
 
+    const bool colours;             // on the error output
     bool told = false;              // a problem
     std::vector<std::string> kept;  // notices of the library held back by --quiet
 };

@@ -134,7 +134,7 @@ ExitCode Run(int argc, char** argv, Session& session) {
         return kCannotRun;
     }
     session.command = NameOf(Chosen(app));
-    return session.operation();
+    return session.Run();
 }
 
 }  // namespace

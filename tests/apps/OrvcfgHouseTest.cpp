@@ -1,10 +1,13 @@
+#include <fcntl.h>
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <ctime>
 #include <tuple>
+#include <utility>
 
 #include "apps/RunProgram.h"
 #include "platform/os/FileSystem.h"
@@ -40,6 +43,20 @@ protected:
         char text[20];
         std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", std::localtime(&time));
         return text;
+    }
+    /// Starts orvcfg on a terminal of its own, which is read and typed at; with another standard input if one is given.
+    /// The process, negative if there are no terminals.
+    pid_t OnTerminal(int& terminal, const Arguments& arguments, int input = -1) const {
+        const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (child != 0) return child;
+        alarm(60);
+        std::vector<const char*> all = {"orvcfg", "--system", "i/system"};
+        for (const std::string& argument : arguments) all.push_back(argument.c_str());
+        all.push_back(nullptr);
+        if (chdir(Text(L"").c_str()) == 0 && (input < 0 || dup2(input, STDIN_FILENO) >= 0)) {
+            execv(ORVCFG_PROGRAM, const_cast<char**>(all.data()));
+        }
+        _exit(99);
     }
 };
 
@@ -141,14 +158,8 @@ TEST_F(OrvcfgHouseTest, PasswordsComeInAndNeverOut) {
 TEST_F(OrvcfgHouseTest, ATerminalShowsNoPassword) {
     SignLevels("[USERLEVELS]\nuserlevels=Administrator;Surveyor\n");
     int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    const pid_t child = OnTerminal(terminal, {"users", "add", "Anna", "--level", "Surveyor"});
     if (child < 0) GTEST_SKIP() << "this system gives no terminals";
-    if (child == 0) {
-        alarm(60);
-        if (chdir(Text(L"").c_str()) != 0) _exit(99);
-        execl(ORVCFG_PROGRAM, "orvcfg", "--system", "i/system", "users", "add", "Anna", "--level", "Surveyor", nullptr);
-        _exit(99);
-    }
     std::string seen;
     std::size_t prompts = 0;
     char buffer[256];
@@ -164,6 +175,26 @@ TEST_F(OrvcfgHouseTest, ATerminalShowsNoPassword) {
     EXPECT_EQ(WEXITSTATUS(status), 0) << seen;
     EXPECT_EQ(seen.find("sh7"), std::string::npos) << seen;
     EXPECT_EQ(OnInstallation({"users", "check", "Anna"}, "hush7").code, 0);
+}
+
+TEST_F(OrvcfgHouseTest, ATerminalShowsHowFarARunHasGotAndThenNothingOfIt) {
+    std::array<int, 2> input = {};
+    ASSERT_EQ(pipe2(input.data(), O_CLOEXEC), 0);
+    int terminal = -1;
+    const pid_t child = OnTerminal(terminal, {"log", "parse"}, input[0]);
+    if (child < 0) GTEST_SKIP() << "this system gives no terminals";
+    std::string seen;
+    char buffer[256];
+    for (ssize_t got = 0; (got = read(terminal, buffer, sizeof buffer)) > 0;) {
+        seen.append(buffer, static_cast<std::size_t>(got));
+        if (input[1] < 0 || seen.find("orvcfg log parse: 0 lines, ") == seen.npos) continue;
+        EXPECT_EQ(write(input[1], "# last\n", 7), 7);
+        close(std::exchange(input[1], -1));
+    }
+    waitpid(child, nullptr, 0);
+    close(terminal);
+    close(input[0]);
+    EXPECT_TRUE(seen.ends_with("s\r\033[K# last\r\n")) << seen;
 }
 
 TEST_F(OrvcfgHouseTest, WhatIsShown) {

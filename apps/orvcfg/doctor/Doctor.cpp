@@ -53,12 +53,14 @@ Diagnosis Diagnose(Session& session, const std::wstring& projectName) {
     const bool settings = DataSearch::GetDataSearch().IsInit();
     const bool readable = settings && !projectName.empty() && examination.Project().FileInitialised();
     Diagnosis diagnosis;
+    session.progress.Expect("checks", Checks().size());
     for (const Check& check : Checks()) {
         const bool can =
             check.needs == Needs::Settings || (settings && (check.needs == Needs::Installation || readable ||
                                                             (check.look == LookAtProject && !projectName.empty())));
         if (can) examination.Run(check);
         const bool asked = check.needs != Needs::Project || !projectName.empty();
+        session.progress.Step();
         if (asked) ++(can ? diagnosis.looked : diagnosis.skipped);
     }
     diagnosis.findings = examination.Findings();

@@ -54,7 +54,9 @@ std::string Header(const std::wstring& project, const std::string& links) {
 std::string ProjectPage(Session& session, const std::wstring& project, const Diagnosis& diagnosis) {
     PageContent content{session, diagnosis};
     std::string links, body;
+    session.progress.Expect("sections", std::size(kSections));
     for (const SectionRow& row : kSections) {
+        session.progress.Step();
         if (row.needsProject && !diagnosis.projectOpen) continue;
         const PageSections sections = row.make(content);
         if (sections.empty()) continue;
