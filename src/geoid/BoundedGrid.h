@@ -63,9 +63,7 @@ struct BoundedGrid {
     }
     template <std::size_t Side>
     int Take(const NodeBlock<Side>& block, std::array<float, Side * Side>& nodes) const {
-        if (complete)
-            return TakeNodes(
-                values, 1, block, [](float) { return kGeoidOk; }, nodes);
+        if (complete) return TakeNodes(values, 1, block, AllHaveData{}, nodes);
         return TakeNodes(values, 1, block, NodeTest(), nodes);
     }
 };

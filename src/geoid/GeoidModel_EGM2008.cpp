@@ -54,12 +54,11 @@ bool BoxHoldsInner(const Tile& tile, double longitude, double latitude) {
 }
 
 template <std::size_t Side>
-int TakeTileNodes(const Tile& tile, std::int64_t first, std::array<float, Side * Side>& q) {
+[[gnu::always_inline]] inline int TakeTileNodes(const Tile& tile, std::int64_t first,
+                                                std::array<float, Side * Side>& q) {
     const NodeBlock<Side> block{first, tile.columns};
     // The first node of a tile is refused although it is there.
-    if (tile.complete)
-        return TakeNodes(
-            tile.values, 1, block, [](float) { return kGeoidOk; }, q);
+    if (tile.complete) return TakeNodes(tile.values, 1, block, AllHaveData{}, q);
     return TakeNodes(tile.values, 1, block, TestNode, q);
 }
 
@@ -71,6 +70,17 @@ int TakeTileNodes(const Tile& tile, std::int64_t first, std::array<float, Side *
     cell.u = longitude - cell.i * tile.longitudeStep - tile.minimumLongitude;
     cell.v = tile.maximumLatitude - latitude - cell.j * tile.latitudeStep;
     return true;
+}
+
+// For a position that the tile's box holds.
+[[gnu::always_inline]] inline int BilinearInBox(const Tile& tile, double longitude, double latitude, double& value) {
+    GridCell cell;
+    if (!PickCell(tile, longitude, latitude, cell)) return kGeoidOutside;
+    std::array<float, 4> q{};
+    const int code = TakeTileNodes<2>(tile, std::int64_t{cell.j} * tile.columns + cell.i, q);
+    if (code == kGeoidOk)
+        value = BilinearSingleDifferences(q, cell.u * tile.stepsPerDegree, cell.v * tile.stepsPerDegree);
+    return code;
 }
 
 void PlaceBox(Tile& tile, double longitude, double latitude) {
@@ -116,27 +126,38 @@ GeoidModel_EGM2008::GeoidModel_EGM2008() {
 
 bool GeoidModel_EGM2008::Calculate(double latitude, double longitude, double, double, double& value, std::wstring&) {
     longitude = TrimAngle(longitude);
-    if (!(latitude >= -90.0 && latitude <= 90.0) || !std::isfinite(longitude)) return Answer(kGeoidOutside);
-
-    const FileInfo* tile = tiles.Find([&](const FileInfo& held) {
+    const FileInfo* const tile = tiles.Find([&](const FileInfo& held) {
         return interpolationMethod == 1 ? BoxHoldsInner(held, longitude, latitude)
                                         : BoxHolds(held, longitude, latitude);
     });
-    if (!tile) {
-        tile = tiles.Add([&] {
-            auto made = std::make_shared<FileInfo>();
-            PlaceBox(*made, longitude, latitude);
-            ReadFile(*made);  // a tile that couldn't be read stays, so that the file isn't tried at every position
-            return made;
-        });
+    if (tile) [[likely]] {
+        double height = 0.0;
+        const bool plain = interpolationMethod == 0 && BilinearInBox(*tile, longitude, latitude, height) == kGeoidOk;
+        const bool given = plain ? Deliver(kGeoidOk, height, value) : HeightFrom(*tile, longitude, latitude, value);
+        tiles.Use(*tile);
+        return given;
     }
+    // What no tile can hold is told here: none reaches beyond the globe.
+    if (!(latitude >= -90.0 && latitude <= 90.0) || !std::isfinite(longitude)) return Answer(kGeoidOutside);
+    return HeightFrom(NewTile(longitude, latitude), longitude, latitude, value);
+}
 
+const GeoidModel_EGM2008::FileInfo& GeoidModel_EGM2008::NewTile(double longitude, double latitude) {
+    return *tiles.Add([&] {
+        auto made = std::make_shared<FileInfo>();
+        PlaceBox(*made, longitude, latitude);
+        ReadFile(*made);  // a tile that couldn't be read stays, so that the file isn't tried at every position
+        return made;
+    });
+}
+
+bool GeoidModel_EGM2008::HeightFrom(const FileInfo& tile, double longitude, double latitude, double& value) const {
     int code = kGeoidOk;
     double height = value;  // stays the caller's own where the method is none
-    if (interpolationMethod == 0) code = Grid_interpolation_bilinear(*tile, longitude, latitude, height);
-    if (interpolationMethod == 1) code = Grid_interpolation_bicubic(*tile, longitude, latitude, height);
-    if (code != kGeoidOk && tile->values.empty()) {
-        return Answer(tile->error.empty() ? GeoidReason::NoData : GeoidReason::NoFile);
+    if (interpolationMethod == 0) code = Grid_interpolation_bilinear(tile, longitude, latitude, height);
+    if (interpolationMethod == 1) code = Grid_interpolation_bicubic(tile, longitude, latitude, height);
+    if (code != kGeoidOk && tile.values.empty()) {
+        return Answer(tile.error.empty() ? GeoidReason::NoData : GeoidReason::NoFile);
     }
     return Deliver(code, height, value);
 }
@@ -168,14 +189,7 @@ int GeoidModel_EGM2008::ReadFile(FileInfo& tile) const {
 
 int GeoidModel_EGM2008::Grid_interpolation_bilinear(const FileInfo& tile, double longitude, double latitude,
                                                     double& value) {
-    GridCell cell;
-    if (!BoxHolds(tile, longitude, latitude) || !PickCell(tile, longitude, latitude, cell)) return kGeoidOutside;
-    const std::int64_t k = std::int64_t{cell.j} * tile.columns + cell.i;
-    std::array<float, 4> q{};
-    const int code = TakeTileNodes<2>(tile, k, q);
-    if (code == kGeoidOk)
-        value = BilinearSingleDifferences(q, cell.u * tile.stepsPerDegree, cell.v * tile.stepsPerDegree);
-    return code;
+    return BoxHolds(tile, longitude, latitude) ? BilinearInBox(tile, longitude, latitude, value) : kGeoidOutside;
 }
 
 int GeoidModel_EGM2008::Grid_interpolation_bicubic(const FileInfo& tile, double longitude, double latitude,

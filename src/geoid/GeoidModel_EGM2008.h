@@ -40,6 +40,8 @@ public:
     static std::atomic<bool> m_bNoFileReported;
 
 private:
+    const FileInfo& NewTile(double longitude, double latitude);
+    bool HeightFrom(const FileInfo& tile, double longitude, double latitude, double& value) const;
     int ReadFile(FileInfo& tile) const;
     static int Grid_interpolation_bilinear(const FileInfo& tile, double longitude, double latitude, double& value);
     static int Grid_interpolation_bicubic(const FileInfo& tile, double longitude, double latitude, double& value);

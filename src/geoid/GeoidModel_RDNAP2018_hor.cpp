@@ -1,5 +1,7 @@
 #include "geoid/GeoidModel_RDNAP2018_hor.h"
 
+#include <algorithm>
+
 #include "core/ConfigKeys.h"
 #include "geoid/GridMath.h"
 
@@ -21,6 +23,31 @@ constexpr std::uint64_t kNameRecords = 4;       // SUB_NAME to UPDATED
 
 constexpr int kNeverSettles = -5;  // told as outside; the other grid isn't asked then
 
+// NtvTwoSubgrid::Interpolate, where the few that need it fast find it.
+[[gnu::always_inline]] inline int ShiftAt(const NtvTwoSubgrid& grid, double p, double q, double& latitudeShift,
+                                          double& longitudeShift) {
+    const bool inside = grid.E_LONG + grid.LONG_INC < q && q < grid.W_LONG - grid.LONG_INC &&
+                        grid.S_LAT + grid.LAT_INC < p && p < grid.N_LAT - grid.LAT_INC;
+    std::int32_t i = 0, j = 0;
+    if (!inside || !FloorQuotient(q - grid.E_LONG, grid.LONG_INC, grid.columnsPerSecond, i) ||
+        !FloorQuotient(p - grid.S_LAT, grid.LAT_INC, grid.rowsPerSecond, j)) {
+        return kGeoidOutside;
+    }
+    const NodeBlock<2> block{std::int64_t{j} * grid.columns + i, grid.columns};
+    std::array<NtvTwoSubgrid::Record, 4> corners{};
+    const auto test = [](const NtvTwoSubgrid::Record& r) {
+        return std::isnan(r[0]) || std::isnan(r[1]) ? kGeoidNoData : kGeoidOk;
+    };
+    const int code = grid.complete ? TakeNodes(grid.records, 1, block, AllHaveData{}, corners)
+                                   : TakeNodesInTurn(grid.records, 1, block, test, corners);
+    if (code != kGeoidOk) return code;
+    const auto f = static_cast<float>((p - grid.S_LAT - j * grid.LAT_INC) / grid.LAT_INC);
+    const auto g = static_cast<float>((q - grid.E_LONG - i * grid.LONG_INC) / grid.LONG_INC);
+    latitudeShift = BilinearSingle({corners[0][0], corners[1][0], corners[2][0], corners[3][0]}, g, f);
+    longitudeShift = BilinearSingle({corners[0][1], corners[1][1], corners[2][1], corners[3][1]}, g, f);
+    return kGeoidOk;
+}
+
 // The shift at a shifted position: looked up again and again at where the last shift leads back to, until one of the
 // two coordinates stands still.
 int InterpolateBack(const NtvTwoSubgrid& grid, double p, double q, double& a, double& b) {
@@ -29,7 +56,7 @@ int InterpolateBack(const NtvTwoSubgrid& grid, double p, double q, double& a, do
     a = b = 0.0;
     for (int pass = 1; pass <= mostPasses; ++pass) {
         const double lastA = a, lastB = b;
-        const int code = grid.Interpolate(p - lastA, q - lastB, a, b);
+        const int code = ShiftAt(grid, p - lastA, q - lastB, a, b);
         if (code != kGeoidOk) return code;
         if (pass > 1 && (std::fabs(lastB - b) <= enough || std::fabs(lastA - a) <= enough)) return kGeoidOk;
     }
@@ -62,26 +89,13 @@ int NtvTwoSubgrid::Read(GridReader& in) {
         for (float& value : record) value = in.Read<float>();
         in.Skip(sizeof(Record));
     }
+    complete = std::none_of(records.begin(), records.end(),
+                            [](const Record& record) { return std::isnan(record[0]) || std::isnan(record[1]); });
     return kGeoidOk;
 }
 
 int NtvTwoSubgrid::Interpolate(double p, double q, double& latitudeShift, double& longitudeShift) const {
-    const bool inside = E_LONG + LONG_INC < q && q < W_LONG - LONG_INC && S_LAT + LAT_INC < p && p < N_LAT - LAT_INC;
-    std::int32_t i = 0, j = 0;
-    if (!inside || !FloorQuotient(q - E_LONG, LONG_INC, columnsPerSecond, i) ||
-        !FloorQuotient(p - S_LAT, LAT_INC, rowsPerSecond, j)) {
-        return kGeoidOutside;
-    }
-    const std::int64_t k = std::int64_t{j} * columns + i;
-    std::array<Record, 4> q4{};
-    const auto test = [](const Record& r) { return std::isnan(r[0]) || std::isnan(r[1]) ? kGeoidNoData : kGeoidOk; };
-    const int code = TakeNodes(records, 1, NodeBlock<2>{k, columns}, test, q4);
-    if (code != kGeoidOk) return code;
-    const auto f = static_cast<float>((p - S_LAT - j * LAT_INC) / LAT_INC);
-    const auto g = static_cast<float>((q - E_LONG - i * LONG_INC) / LONG_INC);
-    latitudeShift = BilinearSingle({q4[0][0], q4[1][0], q4[2][0], q4[3][0]}, g, f);
-    longitudeShift = BilinearSingle({q4[0][1], q4[1][1], q4[2][1], q4[3][1]}, g, f);
-    return kGeoidOk;
+    return ShiftAt(*this, p, q, latitudeShift, longitudeShift);
 }
 
 int GeoidModel_RDNAP2018_hor::ReadFile(std::span<const std::byte> bytes) {
@@ -113,13 +127,17 @@ bool GeoidModel_RDNAP2018_hor::CalculateLocalEllipsCorrection(double latitude, d
     if (info.status != kGeoidOk) return Answer(info.Reason());
     const double p = latitude * 3600, q = longitude * -3600;
     double a = 0.0, b = 0.0;
-    const auto shift = [&](const NtvTwoSubgrid& grid) {
-        return direct ? grid.Interpolate(p, q, a, b) : InterpolateBack(grid, p, q, a, b);
-    };
-    int code = shift(subgrids[1]);
-    if (code != kGeoidOk && code != kNeverSettles) code = shift(subgrids[0]);
-    if (code != kGeoidOk) return Answer(code);
-    return DeliverShift(a / -3600, b / 3600, dLatitude, dLongitude);
+    int code = direct ? ShiftAt(subgrids[1], p, q, a, b) : InterpolateBack(subgrids[1], p, q, a, b);
+    if (code != kGeoidOk) [[unlikely]] {
+        if (code == kNeverSettles) return Answer(code);
+        double outerA = 0.0, outerB = 0.0;
+        code =
+            direct ? subgrids[0].Interpolate(p, q, outerA, outerB) : InterpolateBack(subgrids[0], p, q, outerA, outerB);
+        if (code != kGeoidOk) return Answer(code);
+        a = outerA;
+        b = outerB;
+    }
+    return DeliverShift(a * (-1.0 / 3600), b * (1.0 / 3600), dLatitude, dLongitude);
 }
 
 void GeoidModel_RDNAP2018_hor::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {

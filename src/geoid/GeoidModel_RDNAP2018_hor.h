@@ -23,6 +23,7 @@ struct NtvTwoSubgrid {
     double columnsPerSecond = 0.0, rowsPerSecond = 0.0;
     std::int32_t GS_COUNT = 0;
     std::vector<Record> records;
+    bool complete = false;  ///< no shift of a record is NaN
 
     /// From SUB_NAME to the last record. kGeoidBadHeader for an interval of 0.
     int Read(GridReader& in);

@@ -36,6 +36,22 @@ constexpr std::wstring_view kMissing =
     return true;
 }
 
+// For a position that lies a cell or more within the tile.
+[[gnu::always_inline]] inline bool BilinearInside(const GgfTile& tile, double x, double y, double& value) {
+    GridCell cell;
+    if (!PickCell(tile, x, y, cell)) return false;
+    if (tile.HasPlain<2>(cell.i, cell.j)) [[likely]] {
+        const double* const lower = tile.At(cell.i, cell.j);
+        const double* const upper = lower + tile.header.columns;
+        value = Bilinear(std::array{lower[0], lower[1], upper[0], upper[1]}, cell.u, cell.v);
+        return true;
+    }
+    std::array<double, 4> q{};
+    if (!tile.TakeBlock<2>(cell.i, cell.j, q)) return false;
+    value = Bilinear(q, cell.u, cell.v);
+    return true;
+}
+
 }  // namespace
 
 std::atomic<bool> GeoidModel_TrimbleGridFile::m_bNoFileReported = false;
@@ -73,27 +89,42 @@ bool GeoidModel_TrimbleGridFile::Calculate(double latitude, double longitude, do
     }
     if (!std::isfinite(x) || !std::isfinite(y)) return Answer(kGeoidOutside);
 
-    const FileInfo* tile = tiles.Find([&](const FileInfo& held) { return held.InBounds(x, y); });
-    if (!tile) tile = tiles.Add([&] { return MakeTile(x, y); });
-    if (!tile) return Answer(kGeoidOutside);
+    const FileInfo* const tile = tiles.Find([&](const FileInfo& held) { return held.InBounds(x, y); });
+    if (tile) [[likely]] {
+        double height = 0.0;
+        // The first two codes answer from tiles within just the margin that a bilinear height needs.
+        const bool plain =
+            (header.interpolation == 1 || header.interpolation == 2) && BilinearInside(*tile, x, y, height);
+        const bool given = plain ? Deliver(kGeoidOk, height, value) : HeightFrom(*tile, x, y, value);
+        tiles.Use(*tile);
+        return given;
+    }
+    return FromNewTile(x, y, value);
+}
 
+bool GeoidModel_TrimbleGridFile::FromNewTile(double x, double y, double& value) {
+    const FileInfo* const made = tiles.Add([&] { return MakeTile(x, y); });
+    return made ? HeightFrom(*made, x, y, value) : Answer(kGeoidOutside);
+}
+
+bool GeoidModel_TrimbleGridFile::HeightFrom(const FileInfo& tile, double x, double y, double& value) const {
     int code = kGeoidOutside;
     double height = 0.0;
     switch (header.interpolation) {
         case 1:
         case 2:
         case 32:
-            code = Grid_interpolation_bilinear(*tile, x, y, height);
+            code = Grid_interpolation_bilinear(tile, x, y, height);
             break;
         case 4:
         case 8:
         case 16:
-            code = Grid_interpolation_bicubic(*tile, x, y, height);
+            code = Grid_interpolation_bicubic(tile, x, y, height);
             break;
         default:
             return Answer(GeoidReason::NotSupported);
     }
-    if (code != kGeoidOk && !tile->error.empty()) {
+    if (code != kGeoidOk && !tile.error.empty()) {
         return Answer(header.NodeSize() == 0 ? GeoidReason::BadHeader : GeoidReason::NoFile);
     }
     return Deliver(code, height, value);
@@ -166,12 +197,8 @@ int GeoidModel_TrimbleGridFile::Grid_interpolation_bilinear(const FileInfo& tile
     const Header& h = tile.header;
     const bool across = h.minimumLongitude + h.longitudeStep <= x && x <= h.maximumLongitude - h.longitudeStep;
     const bool down = h.minimumLatitude + h.latitudeStep <= y && y <= h.maximumLatitude - h.latitudeStep;
-    GridCell cell;
-    if (!(across || h.Wraps()) || !down || !PickCell(tile, x, y, cell)) return kGeoidOutside;
-    std::array<double, 4> q{};
-    if (!tile.TakeBlock<2>(cell.i, cell.j, q)) return kGeoidOutside;  // no data and outside are one code here
-    value = Bilinear(q, cell.u, cell.v);
-    return kGeoidOk;
+    // No data and outside are one code here.
+    return (across || h.Wraps()) && down && BilinearInside(tile, x, y, value) ? kGeoidOk : kGeoidOutside;
 }
 
 int GeoidModel_TrimbleGridFile::Grid_interpolation_bicubic(const FileInfo& tile, double x, double y, double& value) {

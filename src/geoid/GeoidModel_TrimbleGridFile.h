@@ -35,6 +35,8 @@ public:
 
 private:
     TileCache<FileInfo>::Pointer MakeTile(double& x, double y) const;
+    bool FromNewTile(double x, double y, double& value);
+    bool HeightFrom(const FileInfo& tile, double x, double y, double& value) const;
     int ReadFile(FileInfo& tile) const;
     static int Grid_interpolation_bilinear(const FileInfo& tile, double x, double y, double& value);
     static int Grid_interpolation_bicubic(const FileInfo& tile, double x, double y, double& value);

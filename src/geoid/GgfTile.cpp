@@ -213,6 +213,9 @@ bool GgfTile::Read(File& file, const GgfHeader& whole) {
     for (std::span<const std::byte> rest = nodes; !rest.empty(); rest = rest.subspan(size)) {
         values.push_back(header.NodeValue(rest.first(size)));
     }
+    complete = !(header.flags & kGgfByColumns) && !values.empty() &&
+               values.size() == static_cast<std::size_t>(NodeCount(header.rows, header.columns)) &&
+               std::none_of(values.begin(), values.end(), [](double value) { return std::isnan(value); });
     return true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -47,6 +48,7 @@ struct GgfTile : TileUse {
     double columnsPerUnit = 0.0, rowsPerUnit = 0.0;
     double west = 0.0, east = 0.0, south = 0.0, north = 0.0;  ///< what it answers for, see SetReach
     bool answersAll = false;
+    bool complete = false;       ///< row by row, all values are there and none is NaN
     std::vector<double> values;  ///< NaN is no data
 
     /// False for no data and for a place that the tile doesn't have.
@@ -65,16 +67,23 @@ struct GgfTile : TileUse {
         value = values[static_cast<std::size_t>(index)];
         return true;
     }
-    /// `Side` rows of as many values from a place on; false if one isn't there or has no data.
+    /// True if the `Side` rows of as many values from a place on are all there, have data and lie row by row.
+    template <std::int64_t Side>
+    bool HasPlain(std::int64_t column, std::int64_t row) const {
+        return complete && column >= 0 && row >= 0 && column + Side <= header.columns && row + Side <= header.rows;
+    }
+    /// The value at a place of such a block, and those of the row behind it.
+    const double* At(std::int64_t column, std::int64_t row) const {
+        return values.data() + row * header.columns + column;
+    }
+    /// Any such block; false if a value isn't there or has no data.
     template <std::size_t Side>
     bool TakeBlock(std::int64_t column, std::int64_t row, std::array<double, Side * Side>& out) const {
-        const auto any = [](double) { return kGeoidOk; };
-        const auto side = static_cast<std::int64_t>(Side);
-        const bool plain = !(header.flags & kGgfByColumns) && column >= 0 && row >= 0 &&
-                           column + side <= header.columns && row + side <= header.rows;
-        if (plain) {
-            const NodeBlock<Side> block{row * header.columns + column, header.columns};
-            return TakeNodes(values, 0, block, any, out) == kGeoidOk;
+        if (HasPlain<Side>(column, row)) {
+            for (std::size_t n = 0; n < Side; ++n) {
+                std::copy_n(At(column, row + static_cast<std::int64_t>(n)), Side, &out[n * Side]);
+            }
+            return true;
         }
         for (std::size_t n = 0; n < out.size(); ++n) {
             const auto further = static_cast<std::int64_t>(n % Side), down = static_cast<std::int64_t>(n / Side);

@@ -53,24 +53,23 @@ public:
         return *this;
     }
 
-    /// The first tile of the list for which `holds(tile)` is true, marked as used now; null if there is none. Good
-    /// until this thread asks the next time.
+    /// The first tile of the list for which `holds(tile)` is true; null if there is none. Good until this thread asks
+    /// the next time. To be marked by `Use` once it has answered.
     template <class Holds>
     const Tile* Find(Holds holds) const {
-        if (seen.stamp != stamp.load(std::memory_order_acquire)) {
-            const std::lock_guard lock(mutex);
-            See(stamp, tiles);
+        if (seen.stamp != stamp.load(std::memory_order_acquire)) [[unlikely]] {
+            LookAgain();
         }
         for (const Pointer& tile : *seen.tiles) {
-            if (!holds(*tile)) continue;
-            // Threads on one tile mustn't pass the line of memory around for nothing.
-            const double now = CExTime::GetCoarseTime();
-            if (tile->lastUse.load(std::memory_order_relaxed) != now) {
-                tile->lastUse.store(now, std::memory_order_relaxed);
-            }
-            return tile.get();
+            if (holds(*tile)) return tile.get();
         }
         return nullptr;
+    }
+
+    /// Marks a tile as used now. Threads on one tile mustn't pass the line of memory around for nothing.
+    static void Use(const Tile& tile) {
+        const double now = CExTime::GetCoarseTime();
+        if (tile.lastUse.load(std::memory_order_relaxed) != now) tile.lastUse.store(now, std::memory_order_relaxed);
     }
 
     /// Makes room, then appends what `make()` returns; a null pointer adds nothing. Everything happens under the lock,
@@ -105,6 +104,10 @@ private:
         thread_local std::shared_ptr<const Tiles> kept;
         seen = {newStamp, newTiles.get()};
         kept = std::move(newTiles);
+    }
+    [[gnu::noinline]] void LookAgain() const {
+        const std::lock_guard lock(mutex);
+        See(stamp, tiles);
     }
     std::shared_ptr<const Tiles> Shared() const {
         const std::lock_guard lock(mutex);
