@@ -21,6 +21,7 @@ struct BoundedGrid {
     double xlo = 0.0, xhi = 0.0, ylo = 0.0, yhi = 0.0;
     double zlo = 0.0, zhi = 0.0;  ///< a node outside these is no data
     double dx = 0.0, dy = 0.0;    ///< widths of a cell, see SetSteps
+    double columnsPerUnit = 0.0, rowsPerUnit = 0.0;
     std::vector<float> values;
     bool opened = false;
     bool complete = false;  ///< known to have data at every node, see Examine
@@ -50,16 +51,19 @@ struct BoundedGrid {
     void SetSteps() {
         dx = (xhi - xlo) / (nx - 1);
         dy = (yhi - ylo) / (ny - 1);
+        columnsPerUnit = 1.0 / dx;
+        rowsPerUnit = 1.0 / dy;
     }
     /// The cell of a position more than one cell within the edges, and the index of its south-west node. The sum inside
     /// the index is cut after it is formed, so a fraction just below 1 that a large sum rounds up takes the next node.
     [[nodiscard]] bool Pick(double x, double y, GridCell& cell, std::int64_t& k) const {
         if (!(xlo + dx < x && x < xhi - dx && ylo + dy < y && y < yhi - dy)) return false;
-        const double fx = (x - xlo) / dx, fy = (y - ylo) / dy;
-        if (!FloorIndex(fx, cell.i) || !FloorIndex(fy, cell.j)) return false;
-        cell.u = fx - cell.i;
-        cell.v = fy - cell.j;
-        return TruncToInt(static_cast<double>(std::int64_t{nx} * cell.j) + fx, k);
+        if (!SplitQuotient(x - xlo, dx, columnsPerUnit, cell.i, cell.u) ||
+            !SplitQuotient(y - ylo, dy, rowsPerUnit, cell.j, cell.v)) {
+            return false;
+        }
+        k = std::int64_t{nx} * cell.j + cell.i;
+        return cell.u < 1 - 1e-6 || TruncToInt(static_cast<double>(std::int64_t{nx} * cell.j) + (x - xlo) / dx, k);
     }
     template <std::size_t Side>
     int Take(const NodeBlock<Side>& block, std::array<float, Side * Side>& nodes) const {

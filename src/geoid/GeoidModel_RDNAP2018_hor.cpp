@@ -137,7 +137,7 @@ bool GeoidModel_RDNAP2018_hor::CalculateLocalEllipsCorrection(double latitude, d
         a = outerA;
         b = outerB;
     }
-    return DeliverShift(a * (-1.0 / 3600), b * (1.0 / 3600), dLatitude, dLongitude);
+    return DeliverShift(a / -3600, b / 3600, dLatitude, dLongitude);
 }
 
 void GeoidModel_RDNAP2018_hor::DumpGeoidXml(std::wostream& stream, const wchar_t* indent) {

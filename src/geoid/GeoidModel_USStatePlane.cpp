@@ -149,14 +149,14 @@ bool GeoidModel_USStatePlane::CalculateLocked(double latitude, double lon, doubl
     if (!std::isfinite(height)) return Answer(kGeoidNoData);
 
     const auto figure = [&](std::wstring_view name, double metres) {
-        text.append(name).append(L":");
-        AppendFixed(text, metres / unitFactor, 4);
+        text.append(name) += L':';
+        AppendFixed(text, unitFactor == 1.0 ? metres : metres / unitFactor, 4);
         text += unitLabel;
     };
     figure(picked.source, height);
     const Tidal tidal = LookUpTides(latitude, lon, now, missing);
     if (tidal.area < 0 || !tidal.hasLmsl) {
-        text += L" No Tidal Vertical Datum info !";
+        text += std::wstring_view(L" No Tidal Vertical Datum info !");
     } else {
         text.append(L" ").append(areas[static_cast<std::size_t>(tidal.area)].source);
         if (tidal.lmsl < kNoTide) {
@@ -174,7 +174,7 @@ bool GeoidModel_USStatePlane::CalculateLocked(double latitude, double lon, doubl
         }
     }
     Sweep(now);
-    value = height / unitFactor;
+    value = unitFactor == 1.0 ? height : height / unitFactor;
     return true;
 }
 

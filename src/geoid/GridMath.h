@@ -26,19 +26,31 @@ namespace orv {
     return true;
 }
 
-/// FloorIndex(distance / step), with `inverse` = 1 / step. The product tells the index unless it comes to lie next to a
-/// whole number, and is there long before the quotient would be: below 2^31 it is less than 1e-6 away from it.
-[[nodiscard, gnu::always_inline]] inline bool FloorQuotient(double distance, double step, double inverse,
-                                                            std::int32_t& index) {
+/// FloorIndex(distance / step) and what is left over of the cell, with `inverse` = 1 / step. The product tells both
+/// unless it comes to lie next to a whole number, and is there long before the quotient would be: below 2^31 it is less
+/// than 1e-6 away from it. On a whole number nothing is left.
+[[nodiscard, gnu::always_inline]] inline bool SplitQuotient(double distance, double step, double inverse,
+                                                            std::int32_t& index, double& rest) {
     const double guess = distance * inverse;
     if (std::fabs(guess) < 2147483648.0) [[likely]] {
-        const auto whole = static_cast<std::int32_t>(guess);  // a negative guess leaves no rest between 0 and 1
-        if (std::fabs(guess - whole - 0.5) < 0.5 - 1e-6) [[likely]] {
+        const auto whole = static_cast<std::int32_t>(guess);
+        rest = guess - whole;
+        if (std::fabs(rest - 0.5) < 0.5 - 1e-6) [[likely]] {  // a negative guess leaves no rest between 0 and 1
             index = whole;
             return true;
         }
     }
-    return FloorIndex(distance / step, index);
+    const double quotient = distance / step;
+    if (!FloorIndex(quotient, index)) return false;
+    rest = quotient - index;
+    return true;
+}
+
+/// FloorIndex(distance / step) alone.
+[[nodiscard, gnu::always_inline]] inline bool FloorQuotient(double distance, double step, double inverse,
+                                                            std::int32_t& index) {
+    double unused = 0.0;
+    return SplitQuotient(distance, step, inverse, index, unused);
 }
 
 template <class Node>

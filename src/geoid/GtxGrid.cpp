@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/values/TruncToInt.h"
+#include "geoid/GridMath.h"
 
 namespace orv {
 
@@ -36,6 +36,8 @@ int ReadGtx(std::span<const std::byte> bytes, GtxGrid& grid) {
     grid.west = in.Read<double>();
     grid.latitudeStep = in.Read<double>();
     grid.longitudeStep = in.Read<double>();
+    grid.columnsPerDegree = 1.0 / grid.longitudeStep;
+    grid.rowsPerDegree = 1.0 / grid.latitudeStep;
     grid.rows = in.Read<std::int32_t>();
     grid.columns = in.Read<std::int32_t>();
     grid.north = (grid.rows - 1.0) * grid.latitudeStep + grid.south;
@@ -62,16 +64,13 @@ int ReadGtx(int location, std::wstring_view relative, GridFileInfo& info, GtxGri
     return ReadGridFile(location, relative, info, bytes) ? Finish(info, bytes, grid) : info.status;
 }
 
-bool BilinearGtx(const GtxGrid& grid, double latitude, double longitude, double& value) {
-    const bool inside = latitude >= grid.south && latitude <= grid.north &&  //
-                        longitude >= grid.west && longitude <= grid.east;
-    if (!inside) return false;
-    const double x = (longitude - grid.west) / grid.longitudeStep;
-    const double y = (latitude - grid.south) / grid.latitudeStep;
-    std::int32_t c = 0, r = 0;  // inside the bounds truncating is rounding down
-    if (!TruncToInt(x, c) || !TruncToInt(y, r)) return false;
-    const double u = x - c, v = y - r;
-    // The nodes of a cell lie in file order, so a test of the last one that counts is a test of all.
+bool BilinearGtxAtEdge(const GtxGrid& grid, double latitude, double longitude, double& value) {
+    std::int32_t c = 0, r = 0;
+    double u = 0.0, v = 0.0;
+    if (!SplitQuotient(longitude - grid.west, grid.longitudeStep, grid.columnsPerDegree, c, u) ||
+        !SplitQuotient(latitude - grid.south, grid.latitudeStep, grid.rowsPerDegree, r, v)) {
+        return false;
+    }
     const auto k = static_cast<std::size_t>(std::int64_t{grid.columns} * r + c);
     const auto columns = static_cast<std::size_t>(grid.columns);
     const auto& node = grid.values;
@@ -84,13 +83,9 @@ bool BilinearGtx(const GtxGrid& grid, double latitude, double longitude, double&
         if (k + (lastColumn ? 0 : 1) >= node.size()) return false;
         const double q0 = node[k], q1 = node[lastColumn ? k : k + 1];
         height = q0 * (1 - u) / (1 - u + u) + q1 * u / (1 - u + u);
-    } else if (lastColumn) {  // on the east edge the nodes further east have no weight, and there are none
-        if (k + columns >= node.size()) return false;
+    } else {  // on the east edge the nodes further east have no weight, and there are none
+        if (!lastColumn || k + columns >= node.size()) return false;
         height = node[k] * (1 - v) + node[k + columns] * v;
-    } else {
-        if (k + columns + 1 >= node.size()) return false;
-        height = node[k] * (1 - v) * (1 - u) + node[k + 1] * u * (1 - v) + node[k + columns] * (1 - u) * v +
-                 node[k + columns + 1] * u * v;
     }
     if (!std::isfinite(height)) return false;
     value = height;

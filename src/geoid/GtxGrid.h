@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
+#include <cmath>
 #include <cstdint>
 #include <span>
 #include <vector>
 
+#include "geoid/GridMath.h"
 #include "geoid/GridReader.h"
 #include "platform/Export.h"
 
@@ -14,6 +17,7 @@ namespace orv {
 struct GtxGrid {
     double longitudeStep = 0.0, latitudeStep = 0.0;
     double west = 0.0, east = 0.0, south = 0.0, north = 0.0;
+    double columnsPerDegree = 0.0, rowsPerDegree = 0.0;  ///< what the steps are one divided by
     std::int32_t columns = 0, rows = 0;
     std::vector<float> values;
 };
@@ -24,8 +28,31 @@ ORV_EXPORT int ReadGtx(std::span<const std::byte> bytes, GtxGrid& grid);
 int ReadGtx(std::wstring path, GridFileInfo& info, GtxGrid& grid);
 int ReadGtx(int location, std::wstring_view relative, GridFileInfo& info, GtxGrid& grid);
 
+/// What BilinearGtx gives in the row and the column next to the north and east edges.
+ORV_EXPORT bool BilinearGtxAtEdge(const GtxGrid& grid, double latitude, double longitude, double& value);
+
 /// All four edges belong to the grid; false outside, for NaN, and where a short file lacks a node. No number stands for
 /// no data here.
-ORV_EXPORT bool BilinearGtx(const GtxGrid& grid, double latitude, double longitude, double& value);
+inline bool BilinearGtx(const GtxGrid& grid, double latitude, double longitude, double& value) {
+    const bool inside = latitude >= grid.south && latitude <= grid.north &&  //
+                        longitude >= grid.west && longitude <= grid.east;
+    std::int32_t c = 0, r = 0;
+    double u = 0.0, v = 0.0;
+    if (!inside || !SplitQuotient(longitude - grid.west, grid.longitudeStep, grid.columnsPerDegree, c, u) ||
+        !SplitQuotient(latitude - grid.south, grid.latitudeStep, grid.rowsPerDegree, r, v)) {
+        return false;
+    }
+    // The nodes of a cell lie in file order, so a test of the last one that counts is a test of all.
+    const auto columns = static_cast<std::size_t>(grid.columns);
+    const auto k = static_cast<std::size_t>(std::int64_t{grid.columns} * r + c);
+    if (c + 1 >= grid.columns || grid.north - latitude < 0.0001 || k + columns + 1 >= grid.values.size()) [[unlikely]] {
+        return BilinearGtxAtEdge(grid, latitude, longitude, value);
+    }
+    const float* const node = grid.values.data() + k;
+    const double height = Bilinear(std::array{node[0], node[1], node[columns], node[columns + 1]}, u, v);
+    if (!std::isfinite(height)) return false;
+    value = height;
+    return true;
+}
 
 }  // namespace orv

@@ -47,7 +47,7 @@ struct MiddleSpline {
     }
     Weights At(double t) const {
         const double t2 = t * t, t3 = t2 * t;
-        const double first = t2 / 2 - t / 3 - t3 / 6, second = (t3 - t) / 6;
+        const double first = t2 * 0.5 - t * (1.0 / 3) - t3 * (1.0 / 6), second = (t3 - t) * (1.0 / 6);
         Weights weights{};
         for (std::size_t n = 0; n < Size; ++n) weights[n] = atFirst[n] * first + atSecond[n] * second;
         weights[kFirst] += 1 - t;
@@ -148,9 +148,11 @@ bool VdatumGridValue(const GtxGrid& grid, double latitude, double longitude, dou
     const bool inside = latitude >= grid.south && latitude <= grid.north &&  //
                         longitude >= grid.west && longitude <= grid.east;
     std::int32_t c = 0, r = 0;
-    const double x = (longitude - grid.west) / grid.longitudeStep, y = (latitude - grid.south) / grid.latitudeStep;
-    if (!inside || !FloorIndex(x, c) || !FloorIndex(y, r)) return false;
-    const double u = x - c, v = y - r;
+    double u = 0.0, v = 0.0;
+    if (!inside || !SplitQuotient(longitude - grid.west, grid.longitudeStep, grid.columnsPerDegree, c, u) ||
+        !SplitQuotient(latitude - grid.south, grid.latitudeStep, grid.rowsPerDegree, r, v)) {
+        return false;
+    }
 
     const bool onNode = std::fabs(longitude - (c * grid.longitudeStep + grid.west)) < 0.0001 &&
                         std::fabs(latitude - (r * grid.latitudeStep + grid.south)) < 0.0001;

@@ -39,7 +39,7 @@ TEST(TileCache, Eviction) {
         TestClock clock(1);
         TileCache<Numbered> cache;
         for (int n = 0; n <= 40; ++n) cache.Add([n] { return std::make_shared<Numbered>(n); });
-        for (const int hit : hits) cache.Find([hit](const Numbered& tile) { return tile.number == hit; });
+        for (const int hit : hits) cache.Use(*cache.Find([hit](const Numbered& tile) { return tile.number == hit; }));
         const TileCache<Numbered> copy = cache;
         cache.Add([] { return std::make_shared<Numbered>(41); });
         std::vector<int> left;
