@@ -190,7 +190,7 @@ ExitCode Check(Session& session, const Arguments& arguments) {
     bool good = true;
     session.progress.Expect("files", arguments.files.size());
     for (const std::string& file : arguments.files) {
-        session.progress.Step();
+        const Progress::Item counted(session.progress);
         good = CheckFile(session, PathArgument(file), arguments.strict, table) && good;
     }
     Document::Print(session, table);

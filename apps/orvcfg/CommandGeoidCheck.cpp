@@ -107,7 +107,7 @@ ExitCode Check(Session& session, const Arguments& arguments) {
     Findings findings;
     session.progress.Expect("grids", arguments.files.size());
     for (const std::string& file : arguments.files) {
-        session.progress.Step();
+        const Progress::Item counted(session.progress);
         findings.Take(CheckGridFile(PathArgument(file), true));
     }
     if (!arguments.files.empty()) return findings.Print(session, arguments.strict);
@@ -124,7 +124,7 @@ ExitCode Check(Session& session, const Arguments& arguments) {
         for (const std::wstring& name : *names) {
             if (std::find(checked.begin(), checked.end(), folder + name) != checked.end()) continue;
             checked.push_back(folder + name);
-            session.progress.Step();
+            const Progress::Item counted(session.progress);
             // Texts of any kind lie among the common project files.
             const bool text = EndsWithNoCase(name, L".txt") || EndsWithNoCase(name, L".csv");
             findings.Take(CheckGridFile(folder + name, !text));

@@ -31,7 +31,7 @@ public:
         std::string_view rest = line;
         const std::string_view first = NextWord(rest);
         if (first.empty() || first.front() == '#') {
-            if (!session.options.json) Put(line);
+            if (!session.options.json) session.out.PutLine(line);
             return;
         }
         const std::string_view second = NextWord(rest);
@@ -75,11 +75,6 @@ private:
         bool found = false;
     };
 
-    void Put(std::string_view line) {
-        session.out.Put(line);
-        session.out.Put("\n");
-    }
-
     void PutText(const Answer& answer, std::string_view first, std::string_view second, std::string_view rest) {
         text.assign(first).append(1, ' ').append(second).append(second.empty() ? "" : " ");
         if (answer.found) {
@@ -88,7 +83,7 @@ private:
         } else {
             text.append("*").append(rest).append("  # ").append(ReasonText(answer));
         }
-        Put(text);
+        session.out.PutLine(text);
     }
 
     /// One object a line: a stream of them can be read while it is written.
@@ -109,7 +104,7 @@ private:
         }
         const std::size_t begin = rest.find_first_not_of(" \t");
         if (begin != std::string_view::npos) object["rest"] = rest.substr(begin);
-        Put(object.dump(-1, ' ', false, Json::error_handler_t::replace));
+        session.out.PutLine(object.dump(-1, ' ', false, Json::error_handler_t::replace));
     }
 
     std::string ReasonText(const Answer& answer) const { return answer.wrong ? answer.wrong : source.Reason(); }

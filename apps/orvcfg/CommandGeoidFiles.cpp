@@ -184,7 +184,7 @@ ExitCode Add(Session& session, const AddArguments& arguments) {
     bool good = true;
     session.progress.Expect("grids", arguments.files.size());
     for (const std::string& file : arguments.files) {
-        session.progress.Step();
+        const Progress::Item counted(session.progress);
         good = AddGrid(session, PathArgument(file), arguments, document) && good;
     }
     document.Print(session);

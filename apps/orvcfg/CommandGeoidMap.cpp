@@ -74,7 +74,7 @@ Samples Sample(GeoidSource& source, const Area& area, int rows, int columns, Pro
     progress.Expect("rows", static_cast<std::uint64_t>(rows));
     bool first = true;
     for (int r = 0; r < rows; ++r) {
-        progress.Step();
+        const Progress::Item counted(progress);
         const double y = area.north - (r + 0.5) * (area.north - area.south) / rows;
         for (int c = 0; c < columns; ++c) {
             const double x = area.west + (c + 0.5) * (area.east - area.west) / columns;

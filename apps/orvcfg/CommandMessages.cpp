@@ -106,8 +106,8 @@ ExitCode Search(Session& session, const Arguments& arguments) {
     bool good = true;
     session.progress.Expect("logs", logs.size());
     for (const MessageLogFile& log : logs) {
+        const Progress::Item counted(session.progress);
         std::vector<LoggedMessage> messages;
-        session.progress.Step();
         good = ReadMessageLog(session, log, messages) && good;
         for (LoggedMessage& message : messages) {
             const std::string& time = message.time;

@@ -47,7 +47,7 @@ ExitCode CheckFiles(Session& session, const Arguments& arguments) {
     Json all = Json::array();
     session.progress.Expect("profiles", arguments.files.size());
     for (const std::string& name : arguments.files) {
-        session.progress.Step();
+        const Progress::Item counted(session.progress);
         const std::wstring path = PathArgument(name);
         ProtectedFileObject file;
         if (!OpenConfigFile(session, path, file)) {

@@ -27,7 +27,7 @@ public:
         if (line.ends_with('\r')) line.remove_suffix(1);
         const std::size_t begin = line.find_first_not_of(" \t");
         if (begin == line.npos || line[begin] == '#') {
-            if (!session.options.json) Put(line);
+            if (!session.options.json) session.out.PutLine(line);
             return;
         }
         Time(line);
@@ -54,7 +54,7 @@ public:
         std::string out =
             std::string(text) + "  " + (has ? Fixed(answer.value, decimals) : "*") + "  # " + TideRuleName(answer.rule);
         if (!answer.detail.empty()) out += ": " + answer.detail;
-        Put(out);
+        session.out.PutLine(out);
     }
 
     ExitCode Finish() {
@@ -65,16 +65,12 @@ public:
     }
 
 private:
-    void Put(std::string_view line) {
-        session.out.Put(line);
-        session.out.Put("\n");
-    }
     void PutJson(std::string_view text, bool read, double time, const TideAnswer& answer) {
         Json object = {{"time", read ? UtcText(time) : std::string(text)}, {"tide", nullptr}};
         if (answer.rule != TideAnswer::Refused) object["tide"] = answer.value;
         object["rule"] = TideRuleName(answer.rule);
         if (!answer.detail.empty()) object["detail"] = answer.detail;
-        Put(object.dump(-1, ' ', false, Json::error_handler_t::replace));
+        session.out.PutLine(object.dump(-1, ' ', false, Json::error_handler_t::replace));
     }
 
     Session& session;

@@ -104,7 +104,7 @@ struct Counts {
 
 /// What happens to a row: it is new, it is there, or there is another value, which stays unless it may be replaced.
 void Place(TideStation& station, CsvReader& csv, const Row& row, bool replace, bool dryRun, Counts& counts) {
-    csv.session.progress.Step();
+    csv.session.progress.Step(dryRun ? 0 : 1, 1);
     double time = row.time, value = 0;
     if (!station.GetTideValue(TideStation::kExact, time, value)) {
         if (dryRun || station.AddTideValue(row.time, row.value)) {

@@ -92,7 +92,7 @@ ExitCode ListNames(Session& session, const FilesArguments& arguments) {
     bool good = !types.empty();
     session.progress.Expect("types", types.size());
     for (const CFileType* type : types) {
-        session.progress.Step();
+        const Progress::Item counted(session.progress);
         good = ListFiles(session, *type, arguments.filter, table) && good;
     }
     Document::Print(session, table);

@@ -43,7 +43,7 @@ ExitCode Check(Session& session, const Arguments& arguments) {
     bool good = true;
     session.progress.Expect("vessels", arguments.vessels.size());
     for (const std::string& which : arguments.vessels) {
-        session.progress.Step();
+        const Progress::Item counted(session.progress);
         VesselConfig vessel;
         if (!OpenVessel(session, which, vessel)) {
             good = false;

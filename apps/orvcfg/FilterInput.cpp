@@ -17,7 +17,8 @@ bool FilterInput(Session& session, int descriptor, std::string_view name,
                  const std::function<void(std::string_view line)>& each) {
     struct stat status = {};
     const bool file = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-    session.progress.Expect("lines", file ? static_cast<std::uint64_t>(status.st_size) : 0);
+    const off_t left = file ? status.st_size - lseek(descriptor, 0, SEEK_CUR) : 0;
+    session.progress.Expect("lines", left > 0 ? static_cast<std::uint64_t>(left) : 0);
     LineReader reader(descriptor, [&] { session.Await(descriptor); });
     std::string_view line;
     while (session.out.Good() && reader.Next(line)) {
@@ -30,8 +31,12 @@ bool FilterInput(Session& session, int descriptor, std::string_view name,
 }
 
 bool FilterFile(Session& session, const std::wstring& path, const std::function<void(std::string_view line)>& each) {
-    const std::string name = PathToBytes(Files().RealPath(path));
-    const int descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    // As it is written first: a name such as /dev/fd/63 stands for what can be opened and has no other name.
+    const std::string name = PathToBytes(path);
+    int descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0 && errno == ENOENT) {
+        descriptor = open(PathToBytes(Files().RealPath(path)).c_str(), O_RDONLY | O_CLOEXEC);
+    }
     if (descriptor < 0) {
         session.Problem(name, std::string("Can't be read: ") + std::strerror(errno), "Check name and rights.");
         return false;

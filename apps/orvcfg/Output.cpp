@@ -11,10 +11,14 @@
 
 namespace orv::cfg {
 
-bool ShowsColours(int descriptor) {
-    const char *const off = std::getenv("NO_COLOR"), *const kind = std::getenv("TERM");
-    if (off && *off) return false;
+bool IsScreen(int descriptor) {
+    const char* const kind = std::getenv("TERM");
     return descriptor >= 0 && isatty(descriptor) == 1 && kind && std::string_view(kind) != "dumb";
+}
+
+bool ShowsColours(int descriptor) {
+    const char* const off = std::getenv("NO_COLOR");
+    return !(off && *off) && IsScreen(descriptor);
 }
 
 std::string Styled(std::string_view text, Style style, bool colours) {
@@ -34,10 +38,15 @@ void Output::Put(std::string_view text) {
     buffer.append(text);
 }
 
+void Output::PutLine(std::string_view line) {
+    if (error != 0) return;
+    if (buffer.size() + line.size() + 1 > kBufferSize && !Flush()) return;
+    buffer.append(line) += '\n';
+}
+
 bool Output::Flush() {
     if (buffer.empty()) return error == 0;
-    std::unique_lock<std::mutex> clear;
-    if (terminal) clear = progress.Clear();
+    const auto clear = progress.Clear();
     std::size_t done = 0;
     while (error == 0 && done < buffer.size()) {
         const ssize_t written = write(descriptor, buffer.data() + done, buffer.size() - done);

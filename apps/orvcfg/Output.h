@@ -11,7 +11,9 @@ class Progress;
 /// How a word stands out on a terminal; elsewhere it is written as it is.
 enum class Style { Plain, Bold, Dim, Good, Warning, Error };
 
-/// True for a terminal whose user hasn't switched colours off, by NO_COLOR or with TERM=dumb.
+/// True for a terminal that understands more than lines.
+bool IsScreen(int descriptor);
+/// True for such a terminal whose user hasn't switched colours off by NO_COLOR.
 bool ShowsColours(int descriptor);
 std::string Styled(std::string_view text, Style style, bool colours);
 
@@ -19,12 +21,13 @@ std::string Styled(std::string_view text, Style style, bool colours);
 /// what comes after, so that a command may write on and ask once at its end.
 class Output {
 public:
-    /// `line` stands on the same terminal, if it is one, and makes room for each write.
+    /// `line` makes room for each write: results may go to the same terminal, if only through a pager.
     Output(int descriptor, Progress& line);
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
     void Put(std::string_view text);
+    void PutLine(std::string_view line);  ///< with its line feed in one piece
     bool Flush();
     bool Good() const { return error == 0; }
     int Error() const { return error; }  ///< errno of the first failure

@@ -92,8 +92,8 @@ Secret::~Secret() {
 bool ReadPassword(Session& session, const std::string& prompt, Secret& password) {
     LineBytes line;
     const char* problem = nullptr;
+    session.Await(STDIN_FILENO);
     if (isatty(STDIN_FILENO) == 1) {
-        session.Await(STDIN_FILENO);
         const QuietTerminal quiet;  // before the prompt: what is typed ahead shows, and is dropped
         Prompt(prompt + ": ");
         problem = quiet.Valid() ? line.Read(true) : "the terminal's echo can't be taken off";

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <system_error>
 
 namespace orv::cfg {
 
@@ -29,8 +30,12 @@ void Progress::Start(std::string_view nameOfRun) {
     Stop();
     name = nameOfRun;
     begin = std::chrono::steady_clock::now();
-    stopping = false;
-    ticker = std::thread([this] { Run(); });
+    stopping = awaiting = false;
+    try {
+        ticker = std::thread([this] { Run(); });
+    } catch (const std::system_error&) {
+        // No room for another thread: the run itself needs none.
+    }
 }
 
 void Progress::Stop() {
@@ -43,11 +48,17 @@ void Progress::Stop() {
     ticker.join();
 }
 
+void Progress::Await() {
+    const std::lock_guard lock(mutex);
+    awaiting = true;
+}
+
 void Progress::Expect(std::string_view counts, std::uint64_t inAll) {
     const std::lock_guard lock(mutex);
     unit = counts;
     total = inAll;
-    counted = done = 0;
+    counted = done = shown = 0;
+    awaiting = false;
 }
 
 std::unique_lock<std::mutex> Progress::Clear() {
@@ -61,6 +72,8 @@ void Progress::Run() {
     std::unique_lock lock(mutex);
     const auto stop = [this] { return stopping; };
     for (auto pause = kPatience; !change.wait_for(lock, pause, stop); pause = kBetween) {
+        if (awaiting && counted == shown) continue;
+        shown = counted;
         PutOnTerminal("\r\033[K" + Text().substr(0, MostColumns()));
         drawn = true;
     }

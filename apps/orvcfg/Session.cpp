@@ -70,7 +70,7 @@ void Session::FromLibrary(std::wstring_view text) {
 }
 
 ExitCode Session::Run() {
-    if (!options.quiet && isatty(STDERR_FILENO) == 1) progress.Start("orvcfg " + command);
+    if (!options.quiet && IsScreen(STDERR_FILENO)) progress.Start("orvcfg " + command);
     const ExitCode code = operation();
     progress.Stop();
     return code;
@@ -78,7 +78,11 @@ ExitCode Session::Run() {
 
 void Session::Await(int descriptor) {
     out.Flush();
-    if (isatty(descriptor) == 1) progress.Stop();
+    if (isatty(descriptor) == 1) {
+        progress.Stop();
+    } else {
+        progress.Await();
+    }
 }
 
 ExitCode Session::Finish(ExitCode code) {

@@ -91,6 +91,7 @@ ExitCode Run(int argc, char** argv, Session& session) {
     app.require_subcommand(1);
     app.footer(
         "Exit codes: 0 all good, 1 some input failed, 2 wrong usage or nothing to work on.\n"
+        "On a terminal a long run tells how far it has got, unless --quiet; NO_COLOR takes colours away.\n"
         "Example: orvcfg init /srv/survey && orvcfg --system /srv/survey/system paths");
     AddOptions(app, session.options);
     AddInit(app, session);

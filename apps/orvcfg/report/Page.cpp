@@ -56,7 +56,7 @@ std::string ProjectPage(Session& session, const std::wstring& project, const Dia
     std::string links, body;
     session.progress.Expect("sections", std::size(kSections));
     for (const SectionRow& row : kSections) {
-        session.progress.Step();
+        const Progress::Item counted(session.progress);
         if (row.needsProject && !diagnosis.projectOpen) continue;
         const PageSections sections = row.make(content);
         if (sections.empty()) continue;
