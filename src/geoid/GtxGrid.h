@@ -28,7 +28,8 @@ ORV_EXPORT int ReadGtx(std::span<const std::byte> bytes, GtxGrid& grid);
 int ReadGtx(std::wstring path, GridFileInfo& info, GtxGrid& grid);
 int ReadGtx(int location, std::wstring_view relative, GridFileInfo& info, GtxGrid& grid);
 
-/// What BilinearGtx gives in the row and the column next to the north and east edges.
+/// What BilinearGtx gives, for a position inside the bounds, in the last 0.0001 degree in the north, in the last column
+/// and in cells that the end of a short file cuts.
 ORV_EXPORT bool BilinearGtxAtEdge(const GtxGrid& grid, double latitude, double longitude, double& value);
 
 /// All four edges belong to the grid; false outside, for NaN, and where a short file lacks a node. No number stands for
@@ -45,7 +46,7 @@ inline bool BilinearGtx(const GtxGrid& grid, double latitude, double longitude, 
     // The nodes of a cell lie in file order, so a test of the last one that counts is a test of all.
     const auto columns = static_cast<std::size_t>(grid.columns);
     const auto k = static_cast<std::size_t>(std::int64_t{grid.columns} * r + c);
-    if (c + 1 >= grid.columns || grid.north - latitude < 0.0001 || k + columns + 1 >= grid.values.size()) [[unlikely]] {
+    if (c >= grid.columns - 1 || grid.north - latitude < 0.0001 || k + columns + 1 >= grid.values.size()) [[unlikely]] {
         return BilinearGtxAtEdge(grid, latitude, longitude, value);
     }
     const float* const node = grid.values.data() + k;
