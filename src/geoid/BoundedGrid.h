@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -39,13 +41,19 @@ struct BoundedGrid {
     }
     /// To be called once everything is read: what is asked of all nodes now needn't be asked at each position.
     void Examine() {
-        const double most = zhi + 0.0001, least = zlo - 0.0001;
-        bool fine = true;  // without a branch, so that a node takes a fraction of what reading it does
+        // The limits as the outermost floats within them, and no branch: so four nodes are looked at in one step.
+        constexpr double largest = std::numeric_limits<float>::max();
+        const double mostHeight = std::clamp(zhi + 0.0001, -largest, largest);
+        const double leastHeight = std::clamp(zlo - 0.0001, -largest, largest);
+        auto most = static_cast<float>(mostHeight), least = static_cast<float>(leastHeight);
+        if (most > mostHeight) most = std::nextafter(most, -static_cast<float>(largest));
+        if (least < leastHeight) least = std::nextafter(least, static_cast<float>(largest));
+        std::uint32_t beyond = 0;
         for (const float node : values) {
-            fine &= node <= most;
-            fine &= node >= least;
+            beyond |= node <= most ? 0u : 1u;
+            beyond |= node >= least ? 0u : 1u;
         }
-        complete = fine;
+        complete = beyond == 0;
     }
     /// To be called once counts and bounds are known.
     void SetSteps() {
