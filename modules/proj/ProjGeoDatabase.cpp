@@ -125,7 +125,7 @@ void ProjGeoDatabase::Refresh() {
     if (shipped.path == own.path) shipped.file = FileObject();
 }
 
-void ProjGeoDatabase::Refresh(Source& source, std::wstring folder) {
+void ProjGeoDatabase::Refresh(Source& source, const std::wstring& folder) {
     const std::wstring path = folder.empty() ? folder : folder + std::wstring(kFileName);
     FileStatus status;
     const bool asked = !path.empty() && Files().Status(path, status) == FsResult::Ok;

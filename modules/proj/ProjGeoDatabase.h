@@ -63,7 +63,7 @@ private:
     using Items = std::vector<std::pair<std::wstring_view, std::wstring>>;
 
     void Refresh();
-    static void Refresh(Source& source, std::wstring folder);
+    static void Refresh(Source& source, const std::wstring& folder);
     std::vector<Place> PlacesOf(const std::wstring& group, const std::wstring& system) const;
     static std::wstring Item(const std::vector<Place>& places, std::wstring_view name);
     bool Rename(std::wstring& group, std::wstring& system);

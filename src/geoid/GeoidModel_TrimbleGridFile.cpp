@@ -152,11 +152,12 @@ TileCache<GeoidModel_TrimbleGridFile::FileInfo>::Pointer GeoidModel_TrimbleGridF
     tile = header;
     tile.columns = std::min(header.columns, kMostTileNodes);
     tile.rows = std::min(header.rows, kMostTileNodes);
+    const int westwards = tile.columns / 2, southwards = tile.rows / 2;
     const double width = (tile.columns - 1) * header.longitudeStep, height = (tile.rows - 1) * header.latitudeStep;
     tile.minimumLongitude = std::floor((x - header.minimumLongitude) / header.longitudeStep) * header.longitudeStep +
-                            header.minimumLongitude - header.longitudeStep * (tile.columns / 2);
+                            header.minimumLongitude - header.longitudeStep * westwards;
     tile.minimumLatitude = std::floor((y - header.minimumLatitude) / header.latitudeStep) * header.latitudeStep +
-                           header.minimumLatitude - header.latitudeStep * (tile.rows / 2);
+                           header.minimumLatitude - header.latitudeStep * southwards;
     tile.maximumLongitude = width + tile.minimumLongitude;
     tile.maximumLatitude = height + tile.minimumLatitude;
     if (tile.maximumLatitude > header.maximumLatitude) {

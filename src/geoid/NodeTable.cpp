@@ -125,8 +125,9 @@ int DeMinAt(const NodeTable& table, double latitude, double longitude, double* h
     const NodeBlock<4> at{place.row * kDeMinColumns + place.column, kDeMinColumns};
     if (TakeNodes(table.nodes, 0, at, any, nodes) != kGeoidOk) return -1;
     for (int i = 0; i < 16; ++i) {
-        const double nodeLatitude = 50.525 + static_cast<double>(63 - (place.row + i / 4)) * kLatitudeStep;
-        const double nodeLongitude = 3.208333333333333 + static_cast<double>(place.column + i % 4) / 12;
+        const std::int64_t row = place.row + i / 4, column = place.column + i % 4;
+        const double nodeLatitude = 50.525 + static_cast<double>(63 - row) * kLatitudeStep;
+        const double nodeLongitude = 3.208333333333333 + static_cast<double>(column) / 12;
         double& node = nodes[static_cast<std::size_t>(i)];
         node = node + kReference - 0.5082 - (nodeLatitude - 52.0) * 0.0414 + (nodeLongitude - 5.0) * 0.0529;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstdint>
 #include <limits>
 
 namespace orv {
@@ -10,7 +11,7 @@ namespace orv {
 template <std::integral Int>
 [[nodiscard]] constexpr bool TruncToInt(double value, Int& out) {
     // 2^digits is exact in a double, max() needn't be.
-    constexpr double above = static_cast<double>(std::numeric_limits<Int>::max() / 2 + 1) * 2.0;
+    constexpr double above = static_cast<double>(std::uint64_t{1} << (std::numeric_limits<Int>::digits - 1)) * 2.0;
     constexpr double lowest = static_cast<double>(std::numeric_limits<Int>::min());
     const bool aboveLowest = std::numeric_limits<Int>::digits < 53 ? value > lowest - 1.0 : value >= lowest;
     if (!(aboveLowest && value < above)) return false;
