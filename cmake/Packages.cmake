@@ -16,6 +16,15 @@ set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(version "${PROJECT_VERSION}")
 set(library_package "liborvconfigure${PROJECT_VERSION_MAJOR}")
 
+# What the packaging rules ask of every package: its changes, in their own form and compressed without a time.
+file(WRITE ${PROJECT_BINARY_DIR}/changelog "orvconfigure (${version}) unstable; urgency=medium
+
+  * What has changed is told in CHANGELOG.md of the sources.
+
+ -- ${CPACK_PACKAGE_CONTACT}  Sat, 21 Nov 2026 12:00:00 +0000
+")
+execute_process(COMMAND gzip -9nkf ${PROJECT_BINARY_DIR}/changelog)
+
 # orv_package(<component> <package> <summary> <description> [DEPENDS ...] [NATIVE])
 # NATIVE packages hold compiled code: what they link to is found in them.
 function(orv_package component package summary description)
@@ -27,6 +36,8 @@ function(orv_package component package summary description)
   set(CPACK_DEBIAN_${upper}_PACKAGE_SHLIBDEPS ${ARG_NATIVE} PARENT_SCOPE)
   install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} RENAME copyright
     COMPONENT ${component})
+  install(FILES ${PROJECT_BINARY_DIR}/changelog.gz DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package}
+    COMPONENT ${component})
   set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
 endfunction()
 
@@ -35,7 +46,12 @@ set(CPACK_COMPONENTS_ALL)
 orv_package(library ${library_package} "configuration library of a hydrographic survey suite"
   "The library, its coordinate module, and the settings, units, file types and\ncoordinate systems that every installation starts from."
   NATIVE)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_GENERATE_SHLIBS ON)
+# Packages that link to the library learn from the first which version they need, and the loader from the second.
+file(WRITE ${PROJECT_BINARY_DIR}/shlibs
+  "liborvconfigure ${PROJECT_VERSION_MAJOR} ${library_package} (>= ${version})\n")
+file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")
+file(CHMOD ${PROJECT_BINARY_DIR}/shlibs ${PROJECT_BINARY_DIR}/triggers PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/shlibs;${PROJECT_BINARY_DIR}/triggers")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 orv_package(development liborvconfigure-dev "configuration library of a hydrographic survey suite: development files"
   "Headers, the package for CMake and the description for pkg-config."

@@ -1,16 +1,18 @@
-# The packages in a bare Debian 12 (debootstrap, minbase): installed by apt with what they depend on, the demonstration
-# run, manual pages and completion tried, all commands of the tutorial run, every header read by a compiler, the examples
-# built out of tree by CMake and one by pkg-config, and the Python example run. Needs root.
+# The packages, without an error of the packaging rules, in a bare Debian 12 (debootstrap, minbase): installed by apt with
+# what they depend on, the demonstration run, manual pages and completion tried, all commands of the tutorial run, every
+# header read by a compiler, the examples built out of tree by CMake and one by pkg-config, and the Python example run.
+# Needs root.
 set -euo pipefail
 . cmake/build.sh
 . proofs/bare.bash
 need_root package
-need_packages "${base_packages[@]}" dpkg-dev file
+need_packages "${base_packages[@]}" dpkg-dev file lintian
 started=$(date +%s)
 build_preset release
 packages=build/release/packages
 rm -rf "$packages"
 cpack --config build/release/CPackConfig.cmake -B "$packages" >build/cpack.log 2>&1 || { cat build/cpack.log; exit 1; }
+lintian --allow-root --fail-on error "$packages"/*.deb >build/lintian.log 2>&1 || { cat build/lintian.log; exit 1; }
 make_bare_root package
 mkdir -p "$root/packages"
 cp "$packages"/*.deb "$root/packages/"
