@@ -63,6 +63,9 @@ struct Area {
 struct Samples {
     int rows = 0, columns = 0;
     std::vector<double> values = {};
+    std::size_t Index(int row, int column) const {
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
+    }
     std::size_t refused = 0;
     double smallest = 0.0, largest = 0.0;
 };
@@ -83,7 +86,7 @@ Samples Sample(GeoidSource& source, const Area& area, int rows, int columns, Pro
                 ++samples.refused;
                 continue;
             }
-            samples.values[static_cast<std::size_t>(r * columns + c)] = value;
+            samples.values[samples.Index(r, c)] = value;
             samples.smallest = first ? value : std::min(samples.smallest, value);
             samples.largest = first ? value : std::max(samples.largest, value);
             first = false;
@@ -161,7 +164,7 @@ private:
         const auto x = [&](int c) { return std::round(kLeft + width * c / samples.columns); };
         const auto y = [&](int r) { return std::round(kTop + height * r / samples.rows); };
         for (int r = 0; r < samples.rows; ++r) {
-            const auto at = [&](int c) { return samples.values[static_cast<std::size_t>(r * samples.columns + c)]; };
+            const auto at = [&](int c) { return samples.values[samples.Index(r, c)]; };
             for (int c = 0, end = 0; c < samples.columns; c = end) {
                 end = c + 1;
                 if (std::isnan(at(c))) continue;
