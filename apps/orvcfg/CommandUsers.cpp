@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "Commands.h"
 #include "Document.h"
 #include "Installation.h"
@@ -51,6 +53,7 @@ int FindUser(Session& session, const UserAccountsFile& accounts, const std::wstr
     const int index = accounts.GetUserIndex(name);
     if (index >= 0) return index;
     std::vector<std::wstring> known;
+    known.reserve(static_cast<std::size_t>(std::max(0, accounts.UserCount())));
     for (int i = 0; i < accounts.UserCount(); ++i) known.push_back(accounts.UserName(i));
     const std::string remedy = DidYouMean(name, known);
     session.Problem(PathToBytes(accounts.GetPathToFile()), "There is no account \"" + ToUtf8(name) + "\"",

@@ -17,6 +17,7 @@ constexpr double kTitleHeight = 44, kPanelTitleHeight = 24, kAxisHeight = 52, kL
 constexpr double kTickSize = 11, kCharWidth = 6.6;  // of a digit at that size
 constexpr std::string_view kInk = "#1b2733", kGrid = "#dde3e8";
 constexpr double kHour = 3600, kDay = 24 * kHour, kMonth = 28 * kDay, kYear = 365 * kDay;
+constexpr double kFirstTime = -62135596800e3, kLastTime = 253402300799e3;  // of the years 1 to 9999, in milliseconds
 
 std::string_view Hex(PlotColour colour) {
     constexpr std::string_view colours[] = {"#1f5fa8", "#d9600a", "#9aa4ae", "#fbe3b5"};
@@ -52,8 +53,11 @@ Scale NumberScale(double low, double high, int wanted) {
     const double step = inner.size() > 1 ? inner[1] - inner[0] : high - low;
     const double first = std::floor(low / step + 1e-9), last = std::ceil(high / step - 1e-9);
     Scale scale{first * step, last * step, {}};
-    for (double i = first; i <= last; ++i)
-        scale.ticks.push_back({i * step, Fixed(i * step + 0.0, std::min(decimals, 12))});
+    const int steps = static_cast<int>(last - first);
+    for (int i = 0; i <= steps; ++i) {
+        const double value = (first + i) * step;
+        scale.ticks.push_back({value, Fixed(value + 0.0, std::min(decimals, 12))});
+    }
     return scale;
 }
 
@@ -98,7 +102,10 @@ Scale TimeScale(double low, double high, int wanted) {
         scale.ticks = MonthTicks(from, to, *count);
         return scale;
     }
-    for (double at = std::ceil(from / *step) * *step; at <= to; at += *step) {
+    const double first = std::ceil(from / *step);
+    const int more = static_cast<int>(std::floor(to / *step) - first);
+    for (int i = 0; i <= more; ++i) {
+        const double at = (first + i) * *step;
         scale.ticks.push_back({at * 1000, TimeLabel(at, *step)});
     }
     return scale;
@@ -106,8 +113,11 @@ Scale TimeScale(double low, double high, int wanted) {
 
 Scale ScaleOf(const PlotAxis& axis, double pixels, double labelPixels) {
     const int wanted = std::max(2, static_cast<int>(pixels / labelPixels));
-    if (axis.low > axis.high) return axis.utcTime ? TimeScale(0, 1000, wanted) : NumberScale(0, 1, wanted);
-    return axis.utcTime ? TimeScale(axis.low, axis.high, wanted) : NumberScale(axis.low, axis.high, wanted);
+    // Times that no calendar has, of a damaged file, are numbers like others.
+    const bool calendar = axis.utcTime && axis.low >= kFirstTime && axis.high <= kLastTime;
+    if (axis.low > axis.high || !std::isfinite(axis.high - axis.low))
+        return axis.utcTime ? TimeScale(0, 1000, wanted) : NumberScale(0, 1, wanted);
+    return calendar ? TimeScale(axis.low, axis.high, wanted) : NumberScale(axis.low, axis.high, wanted);
 }
 
 // ---- drawing

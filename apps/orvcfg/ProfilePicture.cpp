@@ -10,6 +10,7 @@ namespace {
 
 std::vector<Svg::Point> CurveOf(const std::vector<SvpPoint>& samples) {
     std::vector<Svg::Point> curve;
+    curve.reserve(samples.size());
     for (const SvpPoint& sample : samples) curve.push_back({sample.soundVelocity, sample.depth});
     return curve;
 }

@@ -21,7 +21,8 @@ namespace {
 constexpr double kHour = 3'600'000;                // ms
 constexpr double kStart = 1'709'510'400'000;       // 2024-03-04 00:00 UTC
 constexpr std::int64_t kLogStart = 1'709'630'100;  // 2024-03-05 09:15 UTC
-constexpr double kInterval = kHour / 6, kDays = 7;
+constexpr double kInterval = kHour / 6;
+constexpr int kValues = 7 * 24 * 6 + 1;  // of a week
 
 /// Metres above the datum: what a gauge of a harbour on the North Sea could show. Period in hours, amplitude, phase.
 double MadeUpTide(double hours) {
@@ -45,7 +46,8 @@ bool PutTide() {
     station.SetStationID(L"MSM");
     station.SetStationPos({64'770, 444'000, 0});
     station.SetInterpolAttribs(true, kHour);
-    for (double at = 0; at <= kDays * 24 * kHour; at += kInterval) {
+    for (int i = 0; i < kValues; ++i) {
+        const double at = i * kInterval;
         if (!station.AddTideValue(kStart + at, MadeUpTide(at / kHour))) return false;
     }
     return station.FileSave();
