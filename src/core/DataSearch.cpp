@@ -54,11 +54,8 @@ bool DataSearch::Fail(int status) const {
     return false;
 }
 
-// Copies, as a host may hand back names that live in here and change on the way.
-// NOLINTBEGIN(performance-unnecessary-value-param)
 bool DataSearch::Initialise(std::wstring settingsFolder, bool requireAppDef, std::wstring appDefName, bool readUserDef,
                             std::wstring projectRoot, std::wstring commonFolder) {
-    // NOLINTEND(performance-unnecessary-value-param)
     SetErrorStatus(kSearchOk);
     isInit = false;
     if (requireAppDef && appDefName.empty()) return Fail(kSearchNoAppDefName);

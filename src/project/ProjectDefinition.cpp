@@ -77,7 +77,9 @@ ProjectDefinition::~ProjectDefinition() {
     Finalize();
 }
 
-ProjectDefinition::ProjectDefinition(const ProjectDefinition& other) : ProtectedFileObject() {
+// The assignment copies the base, too.
+ProjectDefinition::ProjectDefinition(const ProjectDefinition& other)  // NOLINT(bugprone-copy-constructor-init)
+    : ProtectedFileObject() {
     *this = other;
 }
 

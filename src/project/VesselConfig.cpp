@@ -34,6 +34,7 @@ bool GetSwitched(const FileObject& file, std::wstring_view section, std::wstring
 
 }  // namespace
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type can't stand in them.
 // The items of the file that are nothing but an access each. A name leads from here to its section and key.
 #define ORV_GET(Type, Getter, section, key)      \
     bool VesselConfig::Getter(Type& out) const { \
@@ -62,6 +63,7 @@ bool GetSwitched(const FileObject& file, std::wstring_view section, std::wstring
     bool VesselConfig::Setter(double value, bool enabled) {                                          \
         return SetItem(section, key, value, true) && SetItem(section, key L"Enable", enabled, true); \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 // clang-format off
 ORV_ITEM(double, GetSealevel, SetSealevel, kGeometry, L"Sealevel")

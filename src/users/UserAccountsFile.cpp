@@ -64,7 +64,8 @@ std::wstring UserDataRecord::Get(Field field) const {
 bool UserDataRecord::Holds(Field field, std::wstring_view text) const {
     const char* c = bytes.data() + field * kFieldSize;
     for (const wchar_t wanted : text) {
-        if (*c == 0 || static_cast<unsigned char>(*c++) != static_cast<std::uint32_t>(wanted)) return false;
+        const std::uint32_t held = static_cast<unsigned char>(*c++);
+        if (held == 0 || held != static_cast<std::uint32_t>(wanted)) return false;
     }
     return *c == 0;
 }

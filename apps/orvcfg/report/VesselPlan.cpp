@@ -153,6 +153,7 @@ std::string DrawVesselPlan(const VesselConfig& vessel) {
     svg.Text(middleX, 26, title, {17, Svg::Anchor::Middle, true});
     if (sized) {
         std::vector<Svg::Point> outline;
+        outline.reserve(hull.size());
         for (const Svg::Point& point : hull) outline.push_back({xOf(point.x), yOf(point.y)});
         svg.Polygon(outline, kHull, {kInk, 1.4});
     }

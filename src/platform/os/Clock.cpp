@@ -93,7 +93,8 @@ double CExTime::GetCoarseTime() {
 #ifdef CLOCK_REALTIME_COARSE
     timespec now = {};
     if (!clockInForce.load(std::memory_order_relaxed) && clock_gettime(CLOCK_REALTIME_COARSE, &now) == 0) {
-        return static_cast<double>(std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000);
+        const std::int64_t milliseconds = std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
+        return static_cast<double>(milliseconds);
     }
 #endif
     return GetCurTime();

@@ -151,7 +151,7 @@ FsResult SaveLock::Place() {
     if (status.exists) return FsResult::Exists;
     token = NewToken();
     const std::wstring own = lockPath + L"." + token;
-    const std::string space = ProcessSpace();
+    const std::string& space = ProcessSpace();
     const std::string text = "host=" + HostName() + "\nprocess=" + std::to_string(getpid()) + "\nspace=" + space +
                              "\ntoken=" + PathToBytes(token) + "\nbeat=";
     std::unique_ptr<File> file;
