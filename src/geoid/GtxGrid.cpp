@@ -65,16 +65,13 @@ int ReadGtx(int location, std::wstring_view relative, GridFileInfo& info, GtxGri
 }
 
 bool BilinearGtxAtEdge(const GtxGrid& grid, double latitude, double longitude, double& value) {
-    std::int32_t c = 0, r = 0;
-    double u = 0.0, v = 0.0;
-    if (!SplitQuotient(longitude - grid.west, grid.longitudeStep, grid.columnsPerDegree, c, u) ||
-        !SplitQuotient(latitude - grid.south, grid.latitudeStep, grid.rowsPerDegree, r, v)) {
-        return false;
-    }
-    const auto k = static_cast<std::size_t>(std::int64_t{grid.columns} * r + c);
+    GridCell cell;
+    if (!PickGtx(grid, latitude, longitude, cell)) return false;
+    const double u = cell.u, v = cell.v;
+    const auto k = static_cast<std::size_t>(std::int64_t{grid.columns} * cell.j + cell.i);
     const auto columns = static_cast<std::size_t>(grid.columns);
     const auto& node = grid.values;
-    const bool lastColumn = c >= grid.columns - 1;
+    const bool lastColumn = cell.i >= grid.columns - 1;
 
     // Right below the north edge the cell counts as having no upper row, so the last 0.0001 degree takes the row under
     // it as it stands. Users know the heights that come of it.

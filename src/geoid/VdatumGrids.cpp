@@ -153,15 +153,9 @@ void DropUnused(std::vector<VdatumGrid>& list, double now) {
 }
 
 bool VdatumGridValue(const GtxGrid& grid, double latitude, double longitude, double& value) {
-    const bool inside = latitude >= grid.south && latitude <= grid.north &&  //
-                        longitude >= grid.west && longitude <= grid.east;
-    std::int32_t c = 0, r = 0;
-    double u = 0.0, v = 0.0;
-    if (!inside || !SplitQuotient(longitude - grid.west, grid.longitudeStep, grid.columnsPerDegree, c, u) ||
-        !SplitQuotient(latitude - grid.south, grid.latitudeStep, grid.rowsPerDegree, r, v)) {
-        return false;
-    }
-
+    GridCell cell;
+    if (!PickGtx(grid, latitude, longitude, cell)) return false;
+    const auto [c, r, u, v] = cell;
     const bool onNode = std::fabs(longitude - (c * grid.longitudeStep + grid.west)) < 0.0001 &&
                         std::fabs(latitude - (r * grid.latitudeStep + grid.south)) < 0.0001;
     if (onNode) {
