@@ -1,7 +1,6 @@
 #include <unistd.h>
 
 #include <cmath>
-#include <cstring>
 
 #include "Commands.h"
 #include "Document.h"

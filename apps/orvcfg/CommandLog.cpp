@@ -2,8 +2,6 @@
 
 #include <unistd.h>
 
-#include <cstring>
-
 #include "Commands.h"
 #include "Document.h"
 #include "FilterInput.h"

@@ -1,7 +1,5 @@
 #include <unistd.h>
 
-#include <cstring>
-
 #include "Commands.h"
 #include "Document.h"
 #include "FilterInput.h"

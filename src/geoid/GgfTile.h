@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -76,14 +75,16 @@ struct GgfTile : TileUse {
     const double* At(std::int64_t column, std::int64_t row) const {
         return values.data() + row * header.columns + column;
     }
-    /// Any such block; false if a value isn't there or has no data.
+    /// Any `Side` rows of as many values; false if one isn't there or has no data.
     template <std::size_t Side>
     bool TakeBlock(std::int64_t column, std::int64_t row, std::array<double, Side * Side>& out) const {
-        if (HasPlain<Side>(column, row)) {
-            for (std::size_t n = 0; n < Side; ++n) {
-                std::copy_n(At(column, row + static_cast<std::int64_t>(n)), Side, &out[n * Side]);
-            }
-            return true;
+        const auto any = [](double) { return kGeoidOk; };
+        const auto side = static_cast<std::int64_t>(Side);
+        const bool inOneRun = !(header.flags & kGgfByColumns) && column >= 0 && row >= 0 &&
+                              column + side <= header.columns && row + side <= header.rows;
+        if (inOneRun) {
+            const NodeBlock<Side> block{row * header.columns + column, header.columns};
+            return TakeNodes(values, 0, block, any, out) == kGeoidOk;
         }
         for (std::size_t n = 0; n < out.size(); ++n) {
             const auto further = static_cast<std::int64_t>(n % Side), down = static_cast<std::int64_t>(n / Side);
