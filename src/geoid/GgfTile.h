@@ -75,9 +75,11 @@ struct GgfTile : TileUse {
     const double* At(std::int64_t column, std::int64_t row) const {
         return values.data() + row * header.columns + column;
     }
-    /// Any `Side` rows of as many values; false if one isn't there or has no data.
+    /// Any `Side` rows of as many values; false if one isn't there or has no data. Apart, so that the plain way stays
+    /// short.
     template <std::size_t Side>
-    bool TakeBlock(std::int64_t column, std::int64_t row, std::array<double, Side * Side>& out) const {
+    [[gnu::noinline]] bool TakeBlock(std::int64_t column, std::int64_t row,
+                                     std::array<double, Side * Side>& out) const {
         const auto any = [](double) { return kGeoidOk; };
         const auto side = static_cast<std::int64_t>(Side);
         const bool inOneRun = !(header.flags & kGgfByColumns) && column >= 0 && row >= 0 &&
